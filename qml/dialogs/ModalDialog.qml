@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Material
+import "../types" as T
+
+/// A modal dialog no wider than its window. The title may come from outside the program, so it is never taken for
+/// rich text.
+Dialog {
+    id: root
+
+    modal: true
+    width: parent ? Math.min(implicitWidth, parent.width - 2 * padding) : implicitWidth
+
+    header: Label {
+        bottomPadding: 0
+        font.bold: true
+        font.pixelSize: 16
+        padding: 24
+        text: root.title
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+
+    T.FlatBackground {
+        mBackground: root.background
+    }
+}

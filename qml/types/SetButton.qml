@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import "." as T
+
+/// Writes parameters to the device; rests while a sequence runs.
+T.ToolButton {
+    enabled: g_enableInput // qmllint disable unqualified
+    icon.source: "qrc:/images/checkmark.svg"
+    mRippleHalf: true
+    mToolTip: qsTr("Set parameter(s) in module")
+}

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Material
+import QtQuick.Controls.Material.impl
+
+/// A small icon button; \c mToolTip comes translated from its user and is also its name for a screen reader.
+ToolButton {
+    id: root
+
+    property string mToolTip
+
+    // What the ripple tells, and how much of the button it covers.
+    property bool mRippleActive: down || visualFocus || hovered
+    property bool mRippleHalf: contentItem.width <= contentItem.height
+
+    /// Shows \a text at once for a second, whether or not the mouse is here: the answer to a click.
+    function flashToolTip(text: string) {
+        ToolTip.delay = 0;
+        ToolTip.show(text, 1000);
+        ToolTip.delay = 500;
+    }
+
+    Accessible.name: text !== "" ? text : mToolTip
+    ToolTip.delay: 500
+    ToolTip.text: mToolTip
+    ToolTip.timeout: 3000
+    ToolTip.visible: hovered && mToolTip !== ""
+    bottomInset: 2
+    icon.height: 16
+    icon.width: 16
+    implicitHeight: 32
+    padding: 0
+    topInset: 2
+
+    // The control stretches its background between its insets, so the ripple stands in it and not for it.
+    background: Item {
+        implicitHeight: Material.touchTarget
+        implicitWidth: Material.touchTarget
+
+        Ripple {
+            active: root.enabled && root.mRippleActive
+            anchor: root
+            clip: !root.mRippleHalf
+            color: Material.rippleColor
+            height: root.mRippleHalf ? parent.height / 2 : parent.height
+            pressed: root.pressed
+            width: root.mRippleHalf ? height : parent.width
+            x: (parent.width - width) / 2
+            y: (parent.height - height) / 2
+        }
+    }
+}

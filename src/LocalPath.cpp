@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "LocalPath.h"
+
+#include <QDir>
+#include <QUrl>
+
+QString localPath(const QString &fileUrl)
+{
+    return QDir::isAbsolutePath(fileUrl) ? fileUrl : QUrl(fileUrl).toLocalFile();
+}

@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "SerialPortManager.h"
+
+#include "ProcessLog.h"
+#include "SerialLine.h"
+
+#include <QMetaEnum>
+#include <QPointer>
+#include <QSerialPortInfo>
+#include <QSettings>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int loggedErrorsMax = 20; // per opening: some lines report the same error without end
+} // namespace
+
+SerialPortManager::SerialPortManager(QObject *parent)
+    : QObject(parent), m_port(new QSerialPort(this)), portListModel(new QStringListModel(this))
+{
+    // Queued, because the port emits no further readyRead while one is being handled: a slot that waits for an answer
+    // would wait in vain.
+    connect(m_port, &QSerialPort::readyRead, this, &SerialPortManager::onDataRead, Qt::QueuedConnection);
+    connect(m_port, &QSerialPort::errorOccurred, this, &SerialPortManager::onSerialPortError);
+    enumerate();
+}
+
+void SerialPortManager::enumerate()
+{
+    QStringList names;
+    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : ports) {
+        names.append(port.portName());
+    }
+    const QSettings config(u"config.ini"_s, QSettings::IniFormat);
+    const QStringList extraPorts = config.value("Serial/extraPorts").toStringList();
+    for (const QString &port : extraPorts) {
+        if (!port.trimmed().isEmpty()) {
+            names.append(port.trimmed());
+        }
+    }
+    portListModel->setStringList(names);
+    Q_EMIT portListModelChanged();
+}
+
+void SerialPortManager::configure(const PortSettings &settings)
+{
+    m_port->setBaudRate(settings.baudRate, QSerialPort::AllDirections);
+    m_port->setDataBits(static_cast<QSerialPort::DataBits>(settings.dataBits));
+    m_port->setParity(static_cast<QSerialPort::Parity>(settings.parity));
+    m_port->setStopBits(static_cast<QSerialPort::StopBits>(settings.stopBits));
+    m_port->setFlowControl(static_cast<QSerialPort::FlowControl>(settings.flowControl));
+}
+
+bool SerialPortManager::open(const QString &portName)
+{
+    if (m_port->isOpen()) {
+        return false;
+    }
+    m_lineLost = false;
+    m_loggedErrors = 0;
+    m_port->setPortName(portName);
+    if (!m_port->open(QIODevice::ReadWrite)) {
+        m_lineLost = false; // one report is enough
+        QStringList reasons{m_port->errorString(), serialLineOpenProblem(portName)};
+        reasons.removeDuplicates();
+        qCCritical(lcWire).noquote() << "Unable to open port" << portName << reasons.join(u' ');
+        Q_EMIT serialError("Unable to open port "_L1 + portName);
+        return false;
+    }
+    m_port->clear(); // what waited there answers nobody
+    return true;
+}
+
+void SerialPortManager::write(const QByteArray &data)
+{
+    if (m_port->write(data) == -1) {
+        qCCritical(lcWire).noquote() << "Failed to write data to port:" << m_port->errorString();
+    }
+}
+
+void SerialPortManager::close()
+{
+    m_lineLost = false;
+    if (m_port->isOpen()) {
+        m_port->close();
+    }
+}
+
+void SerialPortManager::onDataRead()
+{
+    const QPointer<SerialPortManager> self(this); // a slot may delete what it hears from
+    while (self && lineArrived()) {
+        Q_EMIT doneReading(QString::fromUtf8(m_port->readLine().trimmed()));
+    }
+}
+
+bool SerialPortManager::lineArrived()
+{
+    // canReadLine() looks through all that waits, which for a line that grows by a few bytes at a time and never ends
+    // takes longer each time. It does not look at what a transaction has read already, so what was seen stays read in
+    // an open transaction, and comes back when the end of the line arrives.
+    const bool arrived = m_port->canReadLine();
+    if (arrived && m_port->isTransactionStarted()) {
+        m_port->rollbackTransaction();
+    } else if (!arrived && m_port->bytesAvailable() > 0) {
+        if (!m_port->isTransactionStarted()) {
+            m_port->startTransaction();
+        }
+        m_port->skip(m_port->bytesAvailable());
+    }
+    return arrived;
+}
+
+void SerialPortManager::onSerialPortError(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::NoError || m_lineLost) {
+        return;
+    }
+    if (m_loggedErrors < loggedErrorsMax) {
+        ++m_loggedErrors;
+        const char *const key = QMetaEnum::fromType<QSerialPort::SerialPortError>().valueToKey(error);
+        qCCritical(lcWire).noquote().nospace() << key << ": " << m_port->errorString();
+    }
+    // What a lost line reports is a matter of luck, but it reports it without end. It cannot be closed from here: the
+    // port is in the middle of an open or a read.
+    if (error == QSerialPort::ResourceError || serialLineHungUp(*m_port)) {
+        m_lineLost = true;
+        QMetaObject::invokeMethod(this, &SerialPortManager::onLineLost, Qt::QueuedConnection);
+    }
+}
+
+void SerialPortManager::onLineLost()
+{
+    if (!m_lineLost) {
+        return; // closed in the meantime, and maybe opened again
+    }
+    close();
+    Q_EMIT serialError(u"The evaluation kit is not reachable, it may have been unplugged"_s);
+}

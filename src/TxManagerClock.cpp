@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "TxManager.h"
+
+#include "Logger.h"
+
+namespace {
+
+constexpr qint64 c_offsetTolerance = 1; // s
+
+} // namespace
+
+QString TxManager::utcTime() const
+{
+    return m_utcTime.toString(QStringLiteral("ddd MMM d, hh:mm:ss"));
+}
+
+void TxManager::refreshUtcTime()
+{
+    m_utcTime = QDateTime::currentDateTimeUtc().addSecs(m_utcOffsetSeconds);
+    Q_EMIT utcTimeChanged();
+}
+
+void TxManager::onUtcTimeRefreshOver()
+{
+    refreshUtcTime();
+}
+
+void TxManager::setCustomUtcTime(const QString &customIsoDate)
+{
+    const QDateTime customTime = QDateTime::fromString(customIsoDate, Qt::ISODate);
+    applyUtcOffset(QDateTime::currentDateTimeUtc().secsTo(customTime), true);
+}
+
+void TxManager::applyUtcOffset(qint64 seconds, bool reload)
+{
+    if (m_utcOffsetSeconds >= seconds - c_offsetTolerance && m_utcOffsetSeconds <= seconds + c_offsetTolerance) {
+        Q_EMIT loadPrepassDataCompleted(QString());
+        return;
+    }
+    m_utcOffsetSeconds = seconds;
+    m_logger->setUtcOffset(seconds);
+    refreshUtcTime();
+    log(QStringLiteral("UTC time ") + (seconds == 0 ? QStringLiteral("restored") : QStringLiteral("updated")) +
+        QStringLiteral(" (") + utcTime() + QLatin1Char(')'));
+    if (reload && m_csvFilePath.isEmpty()) {
+        Q_EMIT loadPrepassDataCompleted(QString()); // no table to filter against the new clock: done at once
+    }
+}

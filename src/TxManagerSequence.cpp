@@ -1,0 +1,248 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "TxManager.h"
+
+#include <QTimer>
+
+#include "Assertion.h"
+#include "PayloadModel.h"
+
+namespace {
+
+constexpr auto c_source = "src/TxManager";
+constexpr int c_countdownInterval = 1000; // ms
+constexpr int c_msPerSecond = 1000;
+
+} // namespace
+
+void TxManager::setAckPending(bool pending)
+{
+    ZEPGUI_ASSERT(m_ackPending != pending, "m_ackPending updated with a redundant state", c_source);
+    m_ackPending = pending;
+    Q_EMIT ackPendingChanged();
+}
+
+void TxManager::setSequenceRunning(bool running)
+{
+    ZEPGUI_ASSERT(m_sequenceRunning != running, "m_sequenceRunning updated with a redundant state", c_source);
+    m_sequenceRunning = running;
+    Q_EMIT sequenceRunningChanged();
+}
+
+bool TxManager::prepassDataAvailable() const
+{
+    return false; // this version imports no pass table
+}
+
+QString TxManager::profileProblem() const
+{
+    switch (m_selectedProfile) {
+    case PERIODIC:
+        return {};
+    case PREPASS:
+        return prepassDataAvailable() ? QString()
+                                      : QStringLiteral("Error: No prepass data imported.\nPlease import data as a CSV "
+                                                       "file retrieved from HelioWeb.");
+    case PREPASS_ON_MODULE:
+        return QStringLiteral("Error: The prepass on module profile is not available in this version.");
+    }
+    ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
+    return {};
+}
+
+void TxManager::start(uchar repeatNum)
+{
+    if (const QString problem = profileProblem(); !problem.isEmpty()) {
+        Q_EMIT txErrorOccured(problem);
+        return;
+    }
+    setSequenceRunning(true);
+    m_repeatNum = repeatNum;
+    log(QStringLiteral("--- Tx SEQUENCE START (x") + QString::number(repeatNum) + QStringLiteral(") ---"));
+    if (!checkPayloadBeforeTx(m_currentIndex)) {
+        return;
+    }
+    scheduleNextTx();
+    m_countdownTimer->start(c_countdownInterval);
+}
+
+void TxManager::stop()
+{
+    if (!m_sequenceRunning) {
+        return;
+    }
+    m_countdownTimer->stop();
+    m_scheduleTimer->stop();
+    m_timeUntilNextTx = 0;
+    Q_EMIT timeUntilNextTxChanged();
+    m_currentSequenceRepeatCount = 0;
+    Q_EMIT currentSequenceRepeatCountChanged();
+    m_sequenceCompleted = false;
+    resetTxState();
+    setSequenceRunning(false);
+    flushTxPayloads();
+    log(QStringLiteral("--- Tx SEQUENCE STOP/RESET ---"));
+}
+
+void TxManager::scheduleNextTx()
+{
+    switch (m_selectedProfile) {
+    case PERIODIC:
+        schedulePeriodicTx();
+        return;
+    case PREPASS:
+    case PREPASS_ON_MODULE:
+        // start() refuses them, but the profile may have changed under a running sequence.
+        stop();
+        Q_EMIT txErrorOccured(profileProblem());
+        return;
+    }
+    ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
+}
+
+void TxManager::onScheduleOver()
+{
+    if (m_selectedProfile == PREPASS_ON_MODULE && !m_sequenceCompleted) {
+        scheduleNextTx(); // an expiry is no Tx in this profile
+        return;
+    }
+    if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
+        ++m_currentIndex;
+        m_currentTxCount = 1;
+    } else {
+        ++m_currentTxCount;
+    }
+    transmitPayload();
+    // The sequence may have been stopped inside the request, by a reset of the device or a lost link: what is armed
+    // now would send for a sequence that no longer runs.
+    if (m_sequenceRunning && !isLastTx()) {
+        scheduleNextTx();
+    }
+}
+
+void TxManager::transmitPayload()
+{
+    if (!requestTx(m_payloadListModel->getMessage(m_currentIndex), m_payloadListModel->getOptions(m_currentIndex),
+                   false)) {
+        log(QStringLiteral("Unable to write Tx command"));
+        return;
+    }
+    if (!m_sequenceRunning) {
+        return; // stopped inside the request: whoever stopped it has settled what is awaited
+    }
+    setAckPending(true);
+    m_payloadListModel->setStatus(m_currentIndex, Payload::ACTIVE);
+}
+
+void TxManager::flushTxPayloads()
+{
+    if (!requestTx(QString(), m_payloadListModel->getOptions(m_currentIndex), true)) {
+        log(QStringLiteral("Unable to flush Tx payloads list"));
+    }
+}
+
+bool TxManager::isFirstTx() const
+{
+    return m_currentIndex == 0 && m_currentTxCount == 0 && m_currentSequenceRepeatCount == 0;
+}
+
+bool TxManager::isLastTx() const
+{
+    return m_currentIndex == m_payloadListModel->rowCount() - 1 &&
+           m_currentTxCount == m_payloadListModel->getRedundancy(m_currentIndex);
+}
+
+bool TxManager::checkPayloadBeforeTx(int index)
+{
+    if (m_payloadListModel->getStatus(static_cast<uchar>(index)) != Payload::ERROR) {
+        return true;
+    }
+    // Names the current payload, also when the bad one is the next.
+    const QString error = QStringLiteral("Payload P") + QString::number(m_currentIndex) + QStringLiteral(" (") +
+                          m_payloadListModel->getMessage(m_currentIndex) +
+                          QStringLiteral(") is not correctly formatted.\r\nLength must be ") +
+                          m_modulationModel->allowedSizeListStr() +
+                          QStringLiteral(" bytes\r\n(minus two bytes if ack or downlink options are enabled).");
+    Q_EMIT txErrorOccured(error);
+    stop();
+    Q_EMIT sequenceStopped();
+    return false;
+}
+
+void TxManager::onTxDone(const QString &data)
+{
+    if (!m_ackPending) {
+        return;
+    }
+    if (m_sequenceRunning) {
+        const QString message = m_payloadListModel->getMessage(m_currentIndex);
+        const uchar redundancy = m_payloadListModel->getRedundancy(m_currentIndex);
+        if (data.toUpper() == message) {
+            log(QStringLiteral("Data ") + message + QStringLiteral(" successfully transmitted! (") +
+                QString::number(m_currentTxCount) + QLatin1Char('/') + QString::number(redundancy) + QLatin1Char(')'));
+        } else {
+            log(QStringLiteral("Data ") + message + QStringLiteral(" could not be sent"));
+        }
+        m_payloadListModel->setTxCount(m_currentIndex, m_currentTxCount);
+        if (m_currentTxCount != redundancy) {
+            m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
+        } else {
+            m_payloadListModel->setStatus(m_currentIndex, Payload::COMPLETE);
+            if (const int next = m_currentIndex + 1; next < m_payloadListModel->rowCount()) {
+                if (!checkPayloadBeforeTx(next)) {
+                    setAckPending(false);
+                    return;
+                }
+                m_payloadListModel->setStatus(next, Payload::PENDING);
+                Q_EMIT currentIndexUpdated(static_cast<uchar>(next));
+            }
+        }
+        if (isLastTx()) {
+            finishRepetition();
+        }
+    }
+    setAckPending(false);
+}
+
+void TxManager::finishRepetition()
+{
+    ++m_currentSequenceRepeatCount;
+    Q_EMIT currentSequenceRepeatCountChanged();
+    log(QStringLiteral("--- Tx SEQUENCE COMPLETE (") + QString::number(m_currentSequenceRepeatCount) +
+        QLatin1Char('/') + QString::number(m_repeatNum) + QStringLiteral(") ---"));
+    if (m_currentSequenceRepeatCount == m_repeatNum) {
+        m_sequenceCompleted = true;
+        m_scheduleTimer->stop();
+        Q_EMIT sequenceCompleted();
+        return;
+    }
+    scheduleNextTx(); // before the reset: the gap is chosen by the last count of the finished repetition
+    if (!m_sequenceRunning) {
+        return; // the profile cannot go on
+    }
+    resetTxState();
+    m_payloadListModel->setStatus(0, Payload::PENDING);
+    Q_EMIT currentIndexUpdated(0);
+}
+
+void TxManager::resetTxState()
+{
+    m_currentIndex = 0;
+    m_currentTxCount = 0;
+    for (int row = 0; row < m_payloadListModel->rowCount(); ++row) {
+        m_payloadListModel->setTxCount(row, 0);
+        m_payloadListModel->setStatus(row, Payload::NONE);
+    }
+}
+
+void TxManager::refreshTimeUntilNextTx()
+{
+    m_timeUntilNextTx = m_scheduleTimer->remainingTime() / c_msPerSecond + 1;
+    Q_EMIT timeUntilNextTxChanged();
+}
+
+void TxManager::onCountdownRefreshOver()
+{
+    refreshTimeUntilNextTx();
+}

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "TxManager.h"
+
+#include <limits>
+#include <utility>
+
+#include <QMultiMap>
+#include <QRegularExpression>
+#include <QStringList>
+
+#include "PayloadModel.h"
+#include "PeriodicProfile.h"
+
+namespace {
+
+constexpr auto c_payloadKeyPrefix = "msg";
+
+/// The number under \a key, or \a fallback when there is none from \a first to \a last: the store may have been
+/// edited by hand.
+int storedNumber(const QSettings &settings, const char *key, int first, int last, int fallback)
+{
+    bool isNumber = false;
+    // By way of the text: a variant's own conversion cuts a number that overflows, where this one refuses it.
+    const int number = settings.value(QLatin1String(key), fallback).toString().toInt(&isNumber);
+    return isNumber && number >= first && number <= last ? number : fallback;
+}
+
+uchar storedByte(const QSettings &settings, const char *key, int first, uchar fallback)
+{
+    return static_cast<uchar>(storedNumber(settings, key, first, std::numeric_limits<uchar>::max(), fallback));
+}
+
+} // namespace
+
+void TxManager::loadSettings()
+{
+    m_settings.beginGroup("Tx");
+    setSelectedProfile(
+        static_cast<Profile>(storedNumber(m_settings, "profile", PERIODIC, PREPASS_ON_MODULE, PERIODIC)));
+    m_csvFilePath = m_settings.value("csvFilePath").toString();
+    m_settings.beginGroup("Periodic");
+    m_periodicProfile->setPeriod(storedByte(m_settings, "period", 0, PeriodicProfile::s_defaultPeriod));
+    // A sequence cannot send a payload zero times.
+    m_periodicProfile->setRedundancy(storedByte(m_settings, "redundancy", 1, PeriodicProfile::s_defaultRedundancy));
+    m_periodicProfile->setDelay(storedByte(m_settings, "delay", 0, PeriodicProfile::s_defaultDelay));
+    m_settings.endGroup();
+    m_settings.endGroup();
+
+    m_settings.beginGroup("Payloads");
+    loadPayloads();
+    m_settings.endGroup();
+}
+
+void TxManager::loadPayloads()
+{
+    // The keys are taken as they are found rather than counted up, so that a gap in a store edited by hand costs none
+    // of the payloads behind it: the next save writes the group anew.
+    QMultiMap<qulonglong, QVariant> payloads; // "msg2" and "msg02" are two
+    const QRegularExpression pattern(QLatin1Char('^') + QLatin1String(c_payloadKeyPrefix) + QLatin1String("([0-9]+)$"));
+    const QStringList keys = m_settings.childKeys();
+    for (const QString &key : keys) {
+        if (const QRegularExpressionMatch match = pattern.match(key); match.hasMatch()) {
+            payloads.insert(match.captured(1).toULongLong(), m_settings.value(key));
+        }
+    }
+    for (const QVariant &value : std::as_const(payloads)) {
+        // A comma makes a list of an unquoted text.
+        addPayloadItem(value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(','))
+                                                                : value.toString());
+    }
+}
+
+void TxManager::saveSettings()
+{
+    m_settings.beginGroup("Tx");
+    m_settings.setValue("profile", int{m_selectedProfile});
+    m_settings.setValue("csvFilePath", m_csvFilePath);
+    m_settings.beginGroup("Periodic");
+    m_settings.setValue("period", int{m_periodicProfile->period()});
+    m_settings.setValue("redundancy", int{m_periodicProfile->redundancy()});
+    m_settings.setValue("delay", int{m_periodicProfile->delay()});
+    m_settings.endGroup();
+    m_settings.endGroup();
+
+    m_settings.beginGroup("Payloads");
+    m_settings.remove(QString());
+    for (int row = 0; row < m_payloadListModel->rowCount(); ++row) {
+        m_settings.setValue(QLatin1String(c_payloadKeyPrefix) + QString::number(row),
+                            m_payloadListModel->index(row).data(PayloadModel::MessageRole));
+    }
+    m_settings.endGroup();
+}

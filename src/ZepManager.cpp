@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ZepManager.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QTimer>
+
+#include <functional>
+
+ZepManager::ZepManager(QObject *parent)
+    : QObject(parent), m_serialPort(new SerialPortManager(this)), m_logger(new Logger(this))
+{
+    using namespace std::placeholders;
+    m_tx = new TxManager(m_logger, std::bind(&ZepManager::requestTx, this, _1, _2, _3),
+                         std::bind(&ZepManager::getSatelliteNextPass, this, _1), this);
+    QObject::connect(m_tx, &TxManager::setRadioConfRequest, this, &ZepManager::setRadioConf);
+
+    m_requestTimer = new QTimer(this);
+    QObject::connect(m_serialPort, &SerialPortManager::doneReading, this, &ZepManager::onSerialRead);
+    QObject::connect(m_requestTimer, &QTimer::timeout, this, &ZepManager::onRequestTimeout);
+    m_requestTimer->setSingleShot(true);
+
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+ZepManager *ZepManager::create(QQmlEngine *, QJSEngine *)
+{
+    return new ZepManager(nullptr);
+}
+
+bool ZepManager::eventFilter(QObject *watched, QEvent *event)
+{
+    // A wait that spins the event loop inside a call never sees the main loop end; this event is every way to quit.
+    if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) {
+        m_closing = true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ZepManager::saveSettings()
+{
+    m_tx->saveSettings();
+}
+
+void ZepManager::setMode(Mode mode)
+{
+    m_mode = mode;
+}
+
+void ZepManager::setProcessingData(bool uploading, const QString &msg, bool error)
+{
+    m_processingData = uploading;
+    Q_EMIT processingDataChanged(msg, error);
+}

@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "AtCmdHandler.h"
+#include "Logger.h"
+#include "Payload.h"
+#include "SerialPortManager.h"
+#include "TxManager.h"
+#include "ZepBoard.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QtQml/qqmlregistration.h>
+
+class QJSEngine;
+class QQmlEngine;
+class QTimer;
+
+/// The object at the centre: it owns the serial link, the logger and the transmission side for the life of the
+/// process, and the board and the codec for the life of a session. Views call its invokable operations and bind to
+/// its properties; the device's answers reach them through the models, never as results of the operations.
+///
+/// The sources are cut by concern: Session (connect, identify, disconnect), Requests (one command, one answer),
+/// Dispatch (lines from the device), Parameters (one operation per parameter) and Transmission.
+class ZepManager : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(SerialPortManager *serialPort READ serialPort CONSTANT)
+    Q_PROPERTY(ZepBoard *board READ board NOTIFY boardChanged)
+    Q_PROPERTY(Logger *logger READ logger CONSTANT)
+    Q_PROPERTY(TxManager *tx READ tx NOTIFY txChanged)
+    Q_PROPERTY(bool processingData READ processingData NOTIFY processingDataChanged)
+
+public:
+    /// How much of the device the user asked to see.
+    enum Mode { BASIC = 0, EXPERT = 1 };
+    Q_ENUM(Mode)
+
+    explicit ZepManager(QObject *parent);
+
+    /// Factory of the QML engine; the engine owns the result.
+    static ZepManager *create(QQmlEngine *engine, QJSEngine *scriptEngine);
+
+    [[nodiscard]] SerialPortManager *serialPort() const { return m_serialPort; }
+    /// The board of the session; null before the first connect() and after disconnect().
+    [[nodiscard]] ZepBoard *board() const { return m_board; }
+    [[nodiscard]] Logger *logger() const { return m_logger; }
+    [[nodiscard]] TxManager *tx() const { return m_tx; }
+    [[nodiscard]] bool processingData() const { return m_processingData; }
+
+    /// Writes the user's settings of the transmission side; the main window calls it when it closes.
+    Q_INVOKABLE void saveSettings();
+    /// EXPERT reads the frequency and the power of a ZEP1 as well; takes effect at the next connect().
+    Q_INVOKABLE void setMode(ZepManager::Mode mode);
+
+    /// Starts a session: creates the board of \a module, opens \a portName and proves by a PING that the device
+    /// answers. \a baudrate is "Default", "9600" or "115200". The outcome comes as connected(), or as
+    /// SerialPortManager::serialError(), after which the half session stays until disconnect().
+    Q_INVOKABLE void connect(ZepBoard::Module module, const QString &portName, const QString &baudrate);
+    /// Ends the session, waiting up to 6 s for a transmission under way. Harmless without one.
+    Q_INVOKABLE void disconnect();
+    /// Reads what the device is; a value that it does not give becomes "NA".
+    Q_INVOKABLE void getHwInfo();
+
+    Q_INVOKABLE void getTxFrequency();
+    Q_INVOKABLE void getTxPower();
+    /// Sets the Tx power in mW. False, with the board's present value notified again, if the device refused.
+    Q_INVOKABLE bool setTxPower(ushort power);
+    Q_INVOKABLE void getRadioConfig();
+
+    /// Sends the line \a cmd as the user typed it, "AT+" included; ends with customCmdCompleted(), answered or not.
+    Q_INVOKABLE void requestCustomCmd(const QString &cmd);
+    /// Ends the wait for the wake-up button.
+    Q_INVOKABLE void cancelModuleRequest();
+
+public Q_SLOTS:
+    /// Sends a radio configuration, 16 bytes as hexadecimal text, and asks the device for the outcome.
+    void setRadioConf(const QByteArray &radioConf);
+
+Q_SIGNALS:
+    void boardChanged();
+    void txChanged();
+    /// \a msg is shown to the user unless it is empty; \a error colours it as a failure.
+    void processingDataChanged(const QString &msg = {}, bool error = false);
+    void connected();
+    void disconnected();
+    void customCmdCompleted();
+    /// The device sleeps: the user is asked to press its wake-up button.
+    void userActionRequested();
+
+private Q_SLOTS:
+    void setProcessingData(bool uploading, const QString &msg = {}, bool error = false);
+    void onSerialRead(const QString &data);
+    void onRequestTimeout();
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // Session
+    void initBoard(ZepBoard::Module module);
+    void bringTransmissionToRest();
+
+    // Requests; the time-outs are in milliseconds.
+    static constexpr ushort shortTimeout = 1000;
+    static constexpr ushort mediumTimeout = 5000;
+    static constexpr ushort longTimeout = 15000;
+    bool sendCommand(AtCmdHandler::CmdId id, const QStringList &params, ushort timeout);
+    bool sendRaw(const QByteArray &data, ushort timeout);
+    [[nodiscard]] bool wakeUpBoard();
+    /// Whether a wait must end because the session that it belongs to is gone, or the application is going.
+    [[nodiscard]] bool isWaitPointless(const QPointer<ZepBoard> &board) const { return !board || m_closing; }
+
+    // Dispatch
+    void processResponse();
+    void processTxResponse();
+    void processDeviceAssertion();
+
+    // Parameters
+    void getId();
+    void getAddr();
+    void getSerialNumber();
+    void getFirmwareVersion();
+    [[nodiscard]] bool ping();
+    bool resetDevice();
+
+    // Transmission
+    bool requestTx(const QString &data, const Payload::Options &options, const bool &flush);
+    bool flushTxFifo(const QString &data, const Payload::Options &options);
+    void getSatelliteNextPass(const Payload::Options &options);
+
+    SerialPortManager *m_serialPort = nullptr;
+    QPointer<ZepBoard> m_board;
+    Logger *m_logger = nullptr;
+    QPointer<AtCmdHandler> m_atCmdHandler;
+    TxManager *m_tx = nullptr;
+    bool m_processingData = false;
+    Mode m_mode = BASIC;
+    bool m_requestFailed = false;
+    bool m_requestPending = false;
+    bool m_requestCancelled = false;
+    QTimer *m_requestTimer = nullptr;
+    bool m_exportMode = false;
+    QString m_exportBuffer;
+    bool m_closing = false; ///< the application has been asked to quit
+};

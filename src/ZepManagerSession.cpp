@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The two ends of a session with a device, and the reading of what the device is.
+
+#include "Assertion.h"
+#include "Ranger.h"
+#include "TBX.h"
+#include "Zep1.h"
+#include "Zep2.h"
+#include "ZepManager.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr qint32 slowBaudRate = 9600;
+constexpr qint32 fastBaudRate = 115200;
+constexpr int transmissionEndTimeout = 6000; // ms that a transmission under way gets to be answered
+constexpr auto source = "src/ZepManager";
+
+qint32 baudRateOf(ZepBoard::Module module, const QString &text)
+{
+    if (text == "115200"_L1 || (text == "Default"_L1 && module == ZepBoard::RANGER)) {
+        return fastBaudRate;
+    }
+    return slowBaudRate;
+}
+
+ZepBoard *createBoard(ZepBoard::Module module, qint32 baudRate, QObject *parent)
+{
+    switch (module) {
+    case ZepBoard::ZEP1:
+        return new Zep1(parent, baudRate);
+    case ZepBoard::ZEP2:
+        return new Zep2(parent, baudRate);
+    case ZepBoard::TBX:
+        return new TBX(parent, baudRate);
+    case ZepBoard::RANGER:
+        return new Ranger(parent, baudRate);
+    case ZepBoard::NA:
+        break;
+    }
+    ZEPGUI_ASSERT(false, "Invalid ZEP module / Sarvane device value", source);
+    return nullptr;
+}
+} // namespace
+
+void ZepManager::connect(ZepBoard::Module module, const QString &portName, const QString &baudrate)
+{
+    const QPointer<ZepBoard> board = createBoard(module, baudRateOf(module, baudrate), this);
+    m_board = board;
+    Q_EMIT boardChanged();
+    m_atCmdHandler = new AtCmdHandler(this, board->regexMap());
+    m_serialPort->configure(board->portSettings());
+    board->setModule(module);
+    board->setPort(portName);
+
+    if (!m_serialPort->open(portName)) {
+        return;
+    }
+    const bool answered = ping();
+    if (isWaitPointless(board)) {
+        return; // disconnect() came in between, and has said all there is to say
+    }
+    if (answered) {
+        Q_EMIT connected();
+        m_logger->log(Logger::APP, board->name() + " connected on port "_L1 + portName);
+        initBoard(module);
+    } else if (m_serialPort->isOpen()) { // a line lost meanwhile has been told
+        m_serialPort->close();
+        Q_EMIT m_serialPort->serialError("Unable to contact "_L1 + board->name());
+    }
+}
+
+void ZepManager::initBoard(ZepBoard::Module module)
+{
+    const QPointer<ZepBoard> board = m_board;
+    m_tx->modulationModel()->clear();
+    getHwInfo();
+    if (!board) {
+        return;
+    }
+
+    const auto leaveProfileOfModule = [this] {
+        if (m_tx->selectedProfile() == TxManager::PREPASS_ON_MODULE) {
+            m_tx->setSelectedProfile(TxManager::PREPASS);
+        }
+    };
+    switch (module) {
+    case ZepBoard::ZEP1:
+        leaveProfileOfModule();
+        if (m_mode == EXPERT) {
+            getTxFrequency();
+            getTxPower();
+        }
+        return;
+    case ZepBoard::ZEP2:
+    case ZepBoard::TBX:
+        leaveProfileOfModule();
+        return;
+    case ZepBoard::RANGER:
+        return;
+    case ZepBoard::NA:
+        break;
+    }
+    ZEPGUI_ASSERT(false, "Invalid ZEP module / Sarvane device value", source);
+}
+
+void ZepManager::getHwInfo()
+{
+    const QPointer<ZepBoard> board = m_board;
+    if (!board) {
+        return;
+    }
+    getId();
+    getFirmwareVersion();
+    if (!board) {
+        return;
+    }
+    switch (board->module()) {
+    case ZepBoard::ZEP1:
+        getSerialNumber();
+        break;
+    case ZepBoard::ZEP2:
+    case ZepBoard::TBX:
+        getAddr();
+        getRadioConfig();
+        break;
+    case ZepBoard::RANGER:
+    case ZepBoard::NA:
+        break;
+    }
+}
+
+void ZepManager::disconnect()
+{
+    bringTransmissionToRest();
+    delete m_atCmdHandler;
+    delete m_board;
+    m_serialPort->close();
+    m_serialPort->enumerate();
+    Q_EMIT disconnected();
+}
+
+void ZepManager::bringTransmissionToRest()
+{
+    m_tx->stop();
+
+    QTimer answerTimer;
+    answerTimer.setSingleShot(true);
+    answerTimer.start(transmissionEndTimeout);
+    while (m_tx->ackPending() && answerTimer.isActive() && !m_closing) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
+    answerTimer.stop();
+    if (m_tx->ackPending()) {
+        m_tx->setAckPending(false);
+    }
+    m_tx->applyUtcOffset(0, false);
+}
