@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "SimConsole.h"
+
+#include "SimDevice.h"
+#include "Simulator.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int maxCount = 1'000'000;
+constexpr int maxMs = 24 * 60 * 60 * 1000;
+
+using Run = std::function<QString(const QString &)>;
+
+/// A command that takes nothing and cannot fail.
+Run plain(const std::function<void()> &action)
+{
+    return [action](const QString &argument) {
+        if (!argument.isEmpty()) {
+            return QStringLiteral("takes nothing behind it");
+        }
+        action();
+        return QString();
+    };
+}
+
+Run number(int minimum, int maximum, const std::function<void(int)> &action)
+{
+    return [minimum, maximum, action](const QString &argument) {
+        bool isNumber = false;
+        const int value = argument.toInt(&isNumber);
+        if (!isNumber || value < minimum || value > maximum) {
+            return QStringLiteral("needs a number from %1 to %2").arg(minimum).arg(maximum);
+        }
+        action(value);
+        return QString();
+    };
+}
+
+Run hex(const std::function<void(QString)> &action)
+{
+    return [action](const QString &argument) {
+        if (Field{Field::Kind::Hex}.check(argument) != ErrorCode::None) {
+            return QStringLiteral("needs hexadecimal digits");
+        }
+        action(argument);
+        return QString();
+    };
+}
+
+Run sleeper(Simulator &simulator, const std::function<void()> &action)
+{
+    return [&simulator, action](const QString &argument) {
+        return simulator.device().canSleep() ? plain(action)(argument) : QStringLiteral("this board never sleeps");
+    };
+}
+
+} // namespace
+
+SimConsole::SimConsole(Simulator &simulator)
+{
+    SimDevice &device = simulator.device();
+    const auto text = [](const std::function<void(QString)> &action) {
+        return [action](const QString &argument) {
+            action(argument);
+            return QString();
+        };
+    };
+    // clang-format off
+    m_rows = {
+        // word, help, action
+        {"wake", ": the ranger's button is pushed", sleeper(simulator, [&device] { device.wakeUp(); })},
+        {"sleep", ": the ranger falls asleep", sleeper(simulator, [&device] { device.fallAsleep(); })},
+        {"rx", " HEX: a message from a satellite comes in",
+         hex([&simulator](const QString &data) { simulator.speak(QStringLiteral("+RX=") + data); })},
+        {"rx-after", " HEX: as rx, behind the result of the next good message with an attribute",
+         hex([&device](const QString &data) { device.transmitter().queueReply(data); })},
+        {"bc", " HEX: a broadcast message comes in",
+         hex([&simulator](const QString &data) { simulator.speak(QStringLiteral("+BC=") + data); })},
+        {"pass", " SECONDS: a pass of two minutes starts so many seconds from now",
+         number(0, maxMs / 1000, [&device](int seconds) { device.prediction().setPass(seconds, 120); })},
+        {"tx-error", " N: the next Tx result has status N",
+         number(-255, 255, [&device](int status) { device.transmitter().setNextStatus(status); })},
+        {"error", " N: the next request is answered by ERROR N",
+         number(0, 255, [&simulator](int code) { simulator.setNextError(code); })},
+        {"mute", " N: the next N requests are not heard",
+         number(0, maxCount, [&simulator](int count) { simulator.setMute(count); })},
+        {"late", " MS: the next answer comes so much later",
+         number(0, maxMs, [&simulator](int ms) { simulator.setNextLate(ms); })},
+        {"split", ": the next answer leaves in two writes, 50 ms apart", plain([&simulator] { simulator.setNextSplit(); })},
+        {"say", " TEXT: this line, whatever it is", text([&simulator](const QString &words) { simulator.speak(words); })},
+        {"garbage", " BYTES: so many bytes that are no UTF-8, and a line end",
+         number(1, maxCount, [&simulator](int count) { simulator.sendGarbage(count); })},
+        {"assert", " TEXT: the device fails an assertion and restarts",
+         text([&device](const QString &words) { device.failAssertion(words); })},
+        {"firmware", " TEXT: the firmware version told from now on",
+         text([&device](const QString &version) { device.setFirmware(version); })},
+        {"unplug", ": the cable is pulled", [&simulator](const QString &) {
+             if (!simulator.isPlugged()) {
+                 return QStringLiteral("not plugged in");
+             }
+             simulator.unplug();
+             return QString();
+         }},
+        {"plug", ": the cable is put back, on a new port", [&simulator](const QString &) {
+             if (simulator.isPlugged()) {
+                 return QStringLiteral("plugged in already");
+             }
+             return simulator.plug() ? QString() : simulator.errorString();
+         }},
+        {"help", ": this list", [](const QString &) { return QString(); }},
+        {"quit", ": the simulator ends", plain([&simulator] { Q_EMIT simulator.quitRequested(); })},
+    };
+    // clang-format on
+}
+
+QString SimConsole::execute(const QString &line)
+{
+    const QString trimmed = line.trimmed();
+    const QString word = trimmed.section(u' ', 0, 0);
+    const auto row = std::find_if(m_rows.cbegin(), m_rows.cend(), [&word](const Row &r) { return r.word == word; });
+    if (row == m_rows.cend()) {
+        return QStringLiteral("error: unknown command \"%1\", try help").arg(word);
+    }
+    const QString reason = row->run(trimmed.mid(word.size()).trimmed());
+    if (!reason.isEmpty()) {
+        return QStringLiteral("error: %1: %2").arg(word, reason);
+    }
+    return (word == QLatin1String("help") ? help() : QString()) + QStringLiteral("ok");
+}
+
+QString SimConsole::help() const
+{
+    QString lines;
+    for (const Row &row : m_rows) {
+        lines += row.word + row.help + u'\n';
+    }
+    return lines;
+}
