@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+#include <QUrl>
+
+#include "TxBench.h"
+
+class TxManagerTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TxBench> m_bench;
+
+private Q_SLOTS:
+    void init() { m_bench = std::make_unique<TxBench>(); }
+
+    void numbersWrittenByHandReadAsTheDefault_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QList<int>>("read"); // profile, period, redundancy, delay
+        const QList<int> defaults{TxManager::PERIODIC, 5, 4, 60};
+        QTest::newRow("text") << QVariant("PREPASS") << defaults;
+        QTest::newRow("below") << QVariant(-1) << defaults;
+        QTest::newRow("above") << QVariant(256) << defaults;
+        QTest::newRow("overflow") << QVariant("4294967297") << defaults;
+        QTest::newRow("list") << QVariant(QStringList{"1", "2"}) << defaults;
+        QTest::newRow("no Tx at all") << QVariant(0) << QList<int>{TxManager::PERIODIC, 0, 4, 0};
+        QTest::newRow("no such profile") << QVariant(3) << QList<int>{TxManager::PERIODIC, 3, 3, 3};
+    }
+
+    void numbersWrittenByHandReadAsTheDefault()
+    {
+        QFETCH(const QVariant, stored);
+        QFETCH(const QList<int>, read);
+        const auto numbers = [](const TxManager &tx) {
+            return QList<int>{tx.selectedProfile(), tx.periodicProfile()->period(), tx.periodicProfile()->redundancy(),
+                              tx.periodicProfile()->delay()};
+        };
+        QCOMPARE(numbers(m_bench->create()), (QList<int>{TxManager::PERIODIC, 5, 4, 60})); // a first start
+        QSettings store;
+        for (const char *key : {"profile", "Periodic/period", "Periodic/redundancy", "Periodic/delay"}) {
+            store.setValue(QString("Tx/") + key, stored);
+        }
+        QCOMPARE(numbers(m_bench->create()), read);
+    }
+
+    void settingsKeepEveryPayloadBehindAGap()
+    {
+        QSettings store;
+        store.setValue("Tx/csvFilePath", "file:///passes.csv");
+        store.setValue("Tx/Prepass/latitude", 43.5);
+        store.setValue("Payloads/msg0", "0a");
+        store.setValue("Payloads/msg2", "02");                       // behind a gap
+        store.setValue("Payloads/msg10", QStringList({"0A", "0B"})); // an unquoted comma
+        TxManager &tx = m_bench->create();
+        tx.setSelectedProfile(TxManager::PREPASS);
+        tx.periodicProfile()->setDelay(255);
+        tx.payloadListModel()->remove(0);
+        tx.saveSettings();
+        const TxManager &again = m_bench->create();
+        QStringList messages;
+        for (uchar row = 0; row < again.payloadListModel()->rowCount(); ++row) {
+            messages << again.payloadListModel()->getMessage(row);
+        }
+        QCOMPARE(messages, QStringList({"02", "0A,0B"}));
+        QCOMPARE(again.selectedProfile(), TxManager::PREPASS);
+        QCOMPARE(int{again.periodicProfile()->delay()}, 255);
+        QCOMPARE(store.value("Tx/csvFilePath"), "file:///passes.csv");
+        QCOMPARE(store.value("Tx/Prepass/latitude").toDouble(), 43.5);
+    }
+
+    void radioConfigurationOfAnotherSizeIsRefused()
+    {
+        TxManager &tx = m_bench->create();
+        QSignalSpy request(&tx, &TxManager::setRadioConfRequest);
+        QFile file(m_bench->folder.filePath("block é.bin"));
+        const QString url = QUrl::fromLocalFile(file.fileName()).toString();
+        tx.importRadioConfFile(url); // missing
+        for (const int size : {15, 17, 16}) {
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(size, '\xAB')) == size);
+            file.close();
+            tx.importRadioConfFile(url);
+        }
+        QCOMPARE(m_bench->log, QStringList(3, "Radio configuration file is not valid (should be 16 bytes long)!"));
+        QCOMPARE(request.count(), 1);
+        QCOMPARE(request.at(0).at(0).toByteArray(), QByteArray("ab").repeated(16));
+    }
+
+    void clockMovesByMoreThanASecondOnly_data()
+    {
+        QTest::addColumn<qint64>("seconds");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("completions");
+        QTest::newRow("a second less") << qint64{3599} << QString() << 1;
+        QTest::newRow("two seconds") << qint64{3602} << "updated" << 0;
+        QTest::newRow("back") << qint64{-86400} << "updated" << 1;
+        QTest::newRow("restored") << qint64{0} << "restored" << 0;
+    }
+
+    void clockMovesByMoreThanASecondOnly()
+    {
+        QFETCH(const qint64, seconds);
+        QFETCH(const QString, word);
+        QFETCH(const int, completions);
+        TxManager &tx = m_bench->create();
+        tx.applyUtcOffset(3600, false);
+        m_bench->log.clear();
+        QSignalSpy completed(&tx, &TxManager::loadPrepassDataCompleted);
+        tx.applyUtcOffset(seconds, completions != 0);
+        const qint64 expected = word.isEmpty() ? 3600 : seconds;
+        QVERIFY(qAbs(QDateTime::currentDateTimeUtc().secsTo(tx.utcDateTime()) - expected) <= 1);
+        QCOMPARE(m_bench->log.value(0), word.isEmpty() ? "" : "UTC time " + word + " (" + tx.utcTime() + ')');
+        QCOMPARE(completed.count(), completions);
+    }
+
+    void clockRunsWithItsOffset()
+    {
+        TxManager &tx = m_bench->create();
+        QStringList lines;
+        connect(&m_bench->logger, &Logger::logCreated, this, [&](const QString &line) { lines << line; });
+        tx.setCustomUtcTime("2031-03-05T23:58:30Z");
+        QCOMPARE(tx.utcTime().left(17), "Wed Mar 5, 23:58:");
+        QVERIFY2(lines.value(0).startsWith("[23:58:"), qPrintable(lines.value(0))); // the log follows
+        const QDateTime before = tx.utcDateTime();
+        QTRY_VERIFY(before < tx.utcDateTime());
+        QVERIFY(before.secsTo(tx.utcDateTime()) < 5);
+        tx.setCustomUtcTime("yesterday"); // no date: the clock follows the computer again
+        QVERIFY(qAbs(QDateTime::currentDateTimeUtc().secsTo(tx.utcDateTime())) <= 1);
+    }
+
+    void redundancyFollowsTheProfile()
+    {
+        TxManager &tx = m_bench->create();
+        PayloadModel *model = tx.payloadListModel();
+        const auto redundancies = [model] { return QList<int>{model->getRedundancy(0), model->getRedundancy(1)}; };
+        tx.periodicProfile()->setRedundancy(7);
+        tx.addPayloadItem("0A");
+        tx.addPayloadItem("0B");
+        model->setData(model->index(1), true, PayloadModel::OptionImportantRole);
+        QCOMPARE(redundancies(), (QList<int>{7, 10}));
+        tx.setSelectedProfile(TxManager::PERIODIC);
+        QCOMPARE(redundancies(), (QList<int>{7, 7}));
+        tx.setSelectedProfile(TxManager::PREPASS);
+        QCOMPARE(redundancies(), (QList<int>{4, 10}));
+        tx.periodicProfile()->setRedundancy(3); // whatever profile is selected
+        QCOMPARE(redundancies(), (QList<int>{3, 3}));
+        tx.addPayloadItem("0C");
+        QCOMPARE(int{model->getRedundancy(2)}, 4);
+    }
+};
+
+QTEST_GUILESS_MAIN(TxManagerTest)
+#include "tst_txmanager.moc"

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "Logger.h"
+#include "PayloadModel.h"
+#include "PeriodicProfile.h"
+#include "TxManager.h"
+
+/// A TxManager with a recording device on its callbacks, its log without stamps, and settings and a working directory
+/// of its own.
+struct TxBench
+{
+    TxBench()
+    {
+        QCoreApplication::setOrganizationName("zepgui-tests");
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        QDir::setCurrent(folder.path());
+        QObject::connect(&logger, &Logger::logCreated, &logger,
+                         [this](const QString &line) { log << line.section(" [APP] ", 1); });
+    }
+
+    TxManager &create()
+    {
+        manager = std::make_unique<TxManager>(
+            &logger,
+            [this](const QString &data, const Payload::Options &options, bool flush) {
+                sent << (flush ? "flush" + data : data);
+                lastOptions = options;
+                duringRequest();
+                return accept;
+            },
+            nullptr);
+        scheduleTimer = manager->findChild<QTimer *>("scheduleTimer");
+        return *manager;
+    }
+
+    QTemporaryDir folder;
+    Logger logger;
+    QStringList log;
+    QStringList sent; // messages, and "flush"
+    Payload::Options lastOptions;
+    std::function<void()> duringRequest = [] {};
+    bool accept = true;
+    std::unique_ptr<TxManager> manager;
+    QTimer *scheduleTimer = nullptr;
+};
