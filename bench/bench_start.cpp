@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Prints the milliseconds from the start of the process to the first frame on the screen, and the resident memory in
+// KiB after it. The start comes from the caller, as nanoseconds of the monotonic clock: the loader counts too.
+
+#ifndef EMPTY_WINDOW
+#include "QmlTypes.h"
+#endif
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QTimer>
+
+#include <cstdio>
+#include <ctime>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    const qint64 start = argc > 1 ? QByteArray(argv[1]).toLongLong() : 0;
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(u"ZepGUI bench"_s);
+    QGuiApplication::setOrganizationName(u"Sarvane"_s);
+    QQmlApplicationEngine engine;
+#ifdef EMPTY_WINDOW
+    engine.load(QUrl(u"qrc:/empty.qml"_s));
+#else
+    registerQmlTypes();
+    engine.rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
+    engine.load(QUrl(u"qrc:/qml/main.qml"_s));
+#endif
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    if (!window) {
+        return 1;
+    }
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, &application,
+        [start] {
+            timespec now{};
+            clock_gettime(CLOCK_MONOTONIC, &now);
+            const qint64 elapsed = now.tv_sec * 1'000'000'000LL + now.tv_nsec - start;
+            QFile statm(u"/proc/self/statm"_s);
+            const bool opened = statm.open(QIODevice::ReadOnly);
+            const long pages = opened ? statm.readAll().split(' ').value(1).toLong() : 0;
+            std::printf("%.1f %ld\n", double(elapsed) / 1e6, pages * (sysconf(_SC_PAGESIZE) / 1024));
+            std::fflush(stdout);
+            _exit(0);
+        },
+        Qt::QueuedConnection);
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The whole window with its panes, a device pouring lines: how long the event loop is held, and what it costs.
+// Prints "name value" lines for bench/run.
+
+#include "QmlTypes.h"
+#include "WireThread.h"
+#include "ZepManager.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int pouredLines = 100'000;
+constexpr int wireBytesPerSecond = 11'520; // 115200 baud, ten bits a byte
+constexpr int wireSeconds = 10;
+constexpr int wireLines = wireBytesPerSecond * wireSeconds / 60;
+constexpr int idleMilliseconds = 10'000;
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval &time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// Beats every millisecond and keeps the longest pause between two beats, in milliseconds.
+class Pulse : public QObject
+{
+public:
+    Pulse()
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] { m_longest = std::max(m_longest, m_clock.restart()); });
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_clock.start();
+        m_timer.start(1);
+    }
+    [[nodiscard]] qint64 longest() const { return m_longest; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+    qint64 m_longest = 0;
+};
+
+void waitFor(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setOrganizationName(u"Sarvane"_s);
+    QGuiApplication::setApplicationName(u"ZepGUI bench"_s);
+    QQmlApplicationEngine engine;
+    registerQmlTypes();
+    QLoggingCategory::setFilterRules(u"*=false"_s);
+    engine.rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
+    engine.load(QUrl(u"qrc:/qml/main.qml"_s));
+    auto *manager = engine.singletonInstance<ZepManager *>(qmlTypeId("com.sarvane.qml", 1, 0, "ZepManager"));
+    if (engine.rootObjects().isEmpty() || !manager) {
+        return 1;
+    }
+    WireThread wire;
+    manager->connect(ZepBoard::ZEP2, QString::fromLatin1(wire.path()), u"Default"_s);
+    waitFor(2000);
+
+    int lines = 0;
+    QEventLoop poured;
+    int awaited = pouredLines;
+    QObject::connect(manager->logger(), &Logger::logCreated, &poured, [&] {
+        if (++lines == awaited) {
+            poured.quit();
+        }
+    });
+
+    {
+        const Pulse pulse;
+        QElapsedTimer time;
+        time.start();
+        wire.pour(pouredLines);
+        poured.exec();
+        const qint64 elapsed = time.elapsed();
+        waitFor(500); // the panes' last batch
+        std::printf("pour_ms %lld\npour_stall_ms %lld\n", static_cast<long long>(elapsed),
+                    static_cast<long long>(pulse.longest()));
+    }
+    {
+        lines = 0;
+        awaited = wireLines;
+        const Pulse pulse;
+        QElapsedTimer time;
+        time.start();
+        const double before = cpuSeconds();
+        wire.pour(wireLines, wireBytesPerSecond);
+        poured.exec();
+        std::printf("wire_core_share %.4f\nwire_stall_ms %lld\n",
+                    (cpuSeconds() - before) / (double(time.elapsed()) / 1000), static_cast<long long>(pulse.longest()));
+    }
+    waitFor(1000);
+    const double before = cpuSeconds();
+    waitFor(idleMilliseconds);
+    std::printf("idle_core_share %.4f\n", (cpuSeconds() - before) / (idleMilliseconds / 1000.0));
+    return 0;
+}
