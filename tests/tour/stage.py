@@ -1,0 +1,135 @@
+# SPDX-FileCopyrightText: 2026 The ZepGUI developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What a tour needs around it: a virtual display, an accessibility bus, a simulated board, the program itself."""
+
+import os
+import pathlib
+import shutil
+import signal
+import socket
+import subprocess
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+
+class TourError(Exception):
+    """A step of the tour did not show what it should have shown."""
+
+
+def wait_until(condition, what, seconds=15.0):
+    """Returns the first true result of condition(); TourError when none comes in time."""
+    end = time.monotonic() + seconds
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise TourError(f"{what}: did not happen within {seconds:g} s")
+        time.sleep(0.05)
+
+
+class Stage:
+    """Owns every process that it starts, and ends those and no others."""
+
+    def __init__(self, build, board, out):
+        self.build = pathlib.Path(build).resolve()
+        self.board = board
+        self.out = pathlib.Path(out).resolve()
+        self.work = self.out / "work"
+        self.port = self.work / "port"
+        self.console_path = self.work / "console"
+        self.processes = []
+        self.program = None
+        self.environment = dict(os.environ)
+
+    def __enter__(self):
+        shutil.rmtree(self.work, ignore_errors=True)
+        self.work.mkdir(parents=True)
+        self._start_display()
+        self._start_accessibility()
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.terminate()
+                try:
+                    process.wait(10)
+                except subprocess.TimeoutExpired:
+                    process.kill()
+
+    def _start(self, command, **options):
+        process = subprocess.Popen(command, env=self.environment, cwd=self.work, **options)
+        self.processes.append(process)
+        return process
+
+    def _start_display(self):
+        read_end, write_end = os.pipe()
+        self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp"],
+                    pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise TourError("Xvfb did not start")
+        self.environment["DISPLAY"] = os.environ["DISPLAY"] = f":{number}"
+        self.environment.pop("WAYLAND_DISPLAY", None)
+
+    def _start_accessibility(self):
+        bus = self._start(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        address = bus.stdout.readline().strip()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"] = address
+        self._start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], stderr=subprocess.DEVNULL)
+
+    def start_simulator(self, *options):
+        simulator = self._start([self.build / "sim/zepsim", "--board", self.board, "--link", self.port, "--console",
+                                 self.console_path, *options], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+        wait_until(lambda: self.port.exists() and self.console_path.exists() or simulator.poll() is not None,
+                   "the simulator came up")
+        if simulator.poll() is not None:
+            raise TourError("the simulator ended at once")
+
+    def console(self, line):
+        """Plays the world: one console line of the simulator, which must say ok."""
+        with socket.socket(socket.AF_UNIX) as console:
+            console.settimeout(5)
+            console.connect(str(self.console_path))
+            console.sendall(line.encode() + b"\n")
+            answer = console.makefile().readline().strip()
+        if not answer.startswith("ok"):
+            raise TourError(f"the simulator refused '{line}': {answer}")
+
+    def start_program(self, settings):
+        """settings: the text of the user's settings file that the program finds."""
+        configuration = self.work / "home/.config/Sarvane"
+        configuration.mkdir(parents=True, exist_ok=True)
+        (configuration / "ZepGUI.conf").write_text(settings)
+        shutil.copytree(ROOT / "sim/rconf", self.work / "rconf", dirs_exist_ok=True)
+        (self.work / "config.ini").write_text(f"[rconf]\ndir=rconf\n\n[Serial]\nextraPorts={self.port}\n")
+        environment = dict(self.environment, HOME=str(self.work / "home"), XDG_CONFIG_HOME=str(configuration.parent),
+                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QUICK_BACKEND="software", QT_QPA_PLATFORM="xcb",
+                           ASAN_OPTIONS="detect_leaks=0", LC_ALL="C.UTF-8")
+        self.log = open(self.out / "process.log", "w")
+        self.program = subprocess.Popen([self.build / "src/zepgui"], env=environment, cwd=self.work,
+                                        stdout=self.log, stderr=subprocess.STDOUT)
+        self.processes.append(self.program)
+
+    def process_log(self):
+        return (self.out / "process.log").read_text(errors="replace")
+
+    def cpu_seconds(self):
+        fields = pathlib.Path(f"/proc/{self.program.pid}/stat").read_text().rsplit(")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+    def pixel(self, x, y):
+        """Red, green and blue of one pixel of the display."""
+        raw = subprocess.run(["import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "rgb:-"],
+                             env=self.environment, check=True, capture_output=True).stdout
+        return tuple(raw[:3])
+
+    def screenshot(self, name):
+        path = self.out / f"{name}.png"
+        subprocess.run(["import", "-silent", "-window", "root", path], env=self.environment, check=True)
+        print(f"    screenshot {path}")

@@ -1,0 +1,154 @@
+# SPDX-FileCopyrightText: 2026 The ZepGUI developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program's window as a user or a screen reader meets it: controls found by name, used by mouse and keyboard."""
+
+import subprocess
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+from stage import TourError, wait_until  # noqa: E402
+
+
+class Window:
+    def __init__(self, pid):
+        self.pid = pid
+        self.application = wait_until(self._find_application, "the program appeared on the accessibility bus", 60)
+
+    def _find_application(self):
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(index)
+            if child is not None and child.get_process_id() == self.pid:
+                return child
+        return None
+
+    def walk(self):
+        """Every accessible object that shows, parents first."""
+        self.application.clear_cache()
+        pending = [self.application]
+        while pending:
+            node = pending.pop()
+            try:
+                count = node.get_child_count()
+                if node is not self.application and not self._shows(node):
+                    continue
+                yield node
+                pending.extend(filter(None, (node.get_child_at_index(i) for i in reversed(range(count)))))
+            except GLib.Error:
+                continue  # gone between the question and the answer
+
+    @staticmethod
+    def _shows(node):
+        return node.get_state_set().contains(Atspi.StateType.SHOWING)
+
+    def find(self, name, role=None):
+        for node in self.walk():
+            try:
+                if node.get_name() == name and (role is None or node.get_role_name() == role):
+                    return node
+            except GLib.Error:
+                continue
+        return None
+
+    def names(self):
+        """(role, name) of what shows; a field is followed by what stands in it."""
+        seen = []
+        for node in self.walk():
+            try:
+                seen.append((node.get_role_name(), node.get_name()))
+                if node.get_role() in (Atspi.Role.TEXT, Atspi.Role.ENTRY):
+                    seen.append(("content", Atspi.Text.get_text(node, 0, -1)))
+            except GLib.Error:
+                continue
+        return seen
+
+    def nameless(self):
+        """Roles of the controls that show and that a screen reader, or a test, could not tell apart."""
+        controls = (Atspi.Role.PUSH_BUTTON, Atspi.Role.RADIO_BUTTON, Atspi.Role.CHECK_BOX, Atspi.Role.TOGGLE_BUTTON,
+                    Atspi.Role.COMBO_BOX, Atspi.Role.SPIN_BUTTON, Atspi.Role.TEXT, Atspi.Role.ENTRY)
+        inner = (Atspi.Role.COMBO_BOX, Atspi.Role.SPIN_BUTTON)  # their own text field is part of them
+        return [node.get_role_name() for node in self.walk()
+                if node.get_role() in controls and not node.get_name()
+                and not (node.get_parent() and node.get_parent().get_role() in inner)]
+
+    def text(self):
+        return "\n".join(name for _, name in self.names())
+
+    def wait_for(self, name, role=None, seconds=15.0):
+        return wait_until(lambda: self.find(name, role), f"'{name}' shows", seconds)
+
+    def wait_gone(self, name, seconds=15.0):
+        wait_until(lambda: self.find(name) is None, f"'{name}' goes", seconds)
+
+    def wait_text(self, part, seconds=15.0):
+        wait_until(lambda: part in self.text(), f"'{part}' is read", seconds)
+
+    def is_enabled(self, name, role=None):
+        return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.ENABLED)
+
+    def is_checked(self, name, role=None):
+        return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.CHECKED)
+
+    @staticmethod
+    def center(node):
+        extents = node.get_extents(Atspi.CoordType.SCREEN)
+        if extents.width <= 0 or extents.height <= 0:
+            raise TourError(f"'{node.get_name()}' has no size")
+        return extents.x + extents.width // 2, extents.y + extents.height // 2
+
+    def click(self, name, role=None, seconds=15.0):
+        """A real press of the left button in the middle of the control, once it shows and is enabled."""
+        def ready():
+            node = self.find(name, role)
+            return node if node and node.get_state_set().contains(Atspi.StateType.ENABLED) else None
+
+        self.click_node(wait_until(ready, f"'{name}' shows and is enabled", seconds))
+
+    def click_node(self, node):
+        x, y = self.center(node)
+        xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
+
+    def enter(self, name, text, role=None):
+        """Replaces what stands in a field, by the keyboard."""
+        self.click(name, role)
+        self.key("ctrl+a")
+        self.type(text)
+
+    @staticmethod
+    def type(text):
+        xdotool("type", "--delay", 20, text)
+
+    @staticmethod
+    def key(*keys):
+        xdotool("key", "--delay", 60, *keys)
+
+    def ids(self, title):
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"], capture_output=True, text=True)
+        return found.stdout.split()
+
+    def focus(self, title):
+        """There is no window manager on the virtual display: the keyboard goes where it is told."""
+        identifier = wait_until(lambda: self.ids(title), f"a window '{title}'")[-1]
+        xdotool("windowraise", identifier, "windowfocus", identifier)
+        return int(identifier)
+
+    def resize(self, title, width, height):
+        xdotool("windowsize", self.focus(title), width, height, "sleep", "0.5")
+
+    def close(self, title):
+        """What the close button of a window manager sends."""
+        from Xlib import display, protocol
+        connection = display.Display()
+        window = connection.create_resource_object("window", self.focus(title))
+        window.send_event(protocol.event.ClientMessage(
+            window=window, client_type=connection.intern_atom("WM_PROTOCOLS"),
+            data=(32, [connection.intern_atom("WM_DELETE_WINDOW"), 0, 0, 0, 0])))
+        connection.sync()
+
+
+def xdotool(*arguments):
+    subprocess.run(["xdotool", *map(str, arguments)], check=True)
