@@ -11,10 +11,13 @@
 #include <QTimer>
 
 #include "Assertion.h"
+#include "LoRaConnectivity.h"
 #include "LocalPath.h"
 #include "Logger.h"
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
+#include "PrepassModel.h"
+#include "PrepassProfile.h"
 
 namespace {
 
@@ -39,6 +42,9 @@ TxManager::TxManager(Logger *logger, RequestTxCallback requestTxCallback,
     , m_getSatelliteNextPassCallback(std::move(getSatelliteNextPassCallback))
     , m_utcTimeRefreshTimer(namedTimer(this, "utcTimeRefreshTimer"))
     , m_periodicProfile(new PeriodicProfile(this))
+    , m_prepassProfile(new PrepassProfile(this))
+    , m_loraConfig(new LoRaConnectivity(this))
+    , m_prepassListModel(new PrepassModel(this))
     , m_modulationModel(new ModulationModel(this))
     , m_payloadListModel(new PayloadModel(this))
     , m_scheduleTimer(namedTimer(this, "scheduleTimer"))
@@ -81,7 +87,6 @@ void TxManager::setSelectedProfile(Profile profile)
         Q_EMIT nextPassIdxChanged();
         [[fallthrough]];
     case PREPASS:
-        m_activePassIdxCount = m_nextPassIdx;
         for (int row = 0; row < m_payloadListModel->rowCount(); ++row) {
             const QVariant important = m_payloadListModel->index(row).data(PayloadModel::OptionImportantRole);
             m_payloadListModel->setRedundancy(row, PayloadModel::prepassRedundancy(important.toBool()));
@@ -90,6 +95,8 @@ void TxManager::setSelectedProfile(Profile profile)
     default:
         ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
     }
+    // The count of the module's pass says nothing about the table, which runs on under every other profile.
+    m_activePassIdxCount = m_nextPassIdx;
     m_selectedProfile = profile;
     Q_EMIT selectedProfileChanged();
 }
@@ -111,6 +118,11 @@ void TxManager::setLoraEnabled(bool loraEnabled)
 {
     m_loraEnabled = loraEnabled;
     Q_EMIT loraEnabledChanged();
+}
+
+void TxManager::resetLoraConfig()
+{
+    m_loraConfig->clear();
 }
 
 void TxManager::setComputingSatelliteNextPass(bool computing)

@@ -13,9 +13,12 @@
 #include "ModulationModel.h"
 #include "Payload.h"
 
+class LoRaConnectivity;
 class Logger;
 class PayloadModel;
 class PeriodicProfile;
+class PrepassModel;
+class PrepassProfile;
 class QStringListModel;
 class QTimer;
 
@@ -28,14 +31,20 @@ class TxManager : public QObject
 {
     Q_OBJECT
     QML_ANONYMOUS
+    Q_MOC_INCLUDE("LoRaConnectivity.h")
     Q_MOC_INCLUDE("PayloadModel.h")
     Q_MOC_INCLUDE("PeriodicProfile.h")
+    Q_MOC_INCLUDE("PrepassModel.h")
+    Q_MOC_INCLUDE("PrepassProfile.h")
     Q_MOC_INCLUDE(<QStringListModel>)
     Q_PROPERTY(QString utcTime READ utcTime NOTIFY utcTimeChanged)
     Q_PROPERTY(
         TxManager::Profile selectedProfile READ selectedProfile WRITE setSelectedProfile NOTIFY selectedProfileChanged)
     Q_PROPERTY(PeriodicProfile *periodicProfile READ periodicProfile CONSTANT)
+    Q_PROPERTY(PrepassProfile *prepassProfile READ prepassProfile CONSTANT)
     Q_PROPERTY(bool loraEnabled READ loraEnabled WRITE setLoraEnabled NOTIFY loraEnabledChanged)
+    Q_PROPERTY(LoRaConnectivity *loraConfig READ loraConfig CONSTANT)
+    Q_PROPERTY(PrepassModel *prepassListModel READ prepassListModel CONSTANT)
     Q_PROPERTY(qulonglong nextPassIdx READ nextPassIdx NOTIFY nextPassIdxChanged)
     Q_PROPERTY(PayloadModel *payloadListModel READ payloadListModel CONSTANT)
     Q_PROPERTY(
@@ -72,7 +81,13 @@ public:
     [[nodiscard]] QDateTime utcDateTime() const { return m_utcTime; }
     [[nodiscard]] Profile selectedProfile() const { return m_selectedProfile; }
     [[nodiscard]] PeriodicProfile *periodicProfile() const { return m_periodicProfile; }
+    [[nodiscard]] PrepassProfile *prepassProfile() const { return m_prepassProfile; }
+    /// Whether the device has LoRa switched on.
     [[nodiscard]] bool loraEnabled() const { return m_loraEnabled; }
+    [[nodiscard]] LoRaConnectivity *loraConfig() const { return m_loraConfig; }
+    /// The imported table of passes; rows 0 to nextPassIdx() - 1 are in progress.
+    [[nodiscard]] PrepassModel *prepassListModel() const { return m_prepassListModel; }
+    /// Row of prepassListModel() that starts next; the number of rows when none is to come.
     [[nodiscard]] qulonglong nextPassIdx() const { return m_nextPassIdx; }
     [[nodiscard]] PayloadModel *payloadListModel() const { return m_payloadListModel; }
     /// Repetitions finished of the running sequence.
@@ -90,6 +105,12 @@ public:
 
     /// Appends a payload with the redundancy of the selected profile.
     Q_INVOKABLE void addPayloadItem(const QString &message);
+    /// Fills prepassListModel() from the table at the URL \a filePath and remembers it for the next session, unless it
+    /// cannot be opened. The outcome is told by loadPrepassDataCompleted(); an empty \a filePath is nothing to do.
+    Q_INVOKABLE void importPrepassData(const QString &filePath);
+    /// Empties prepassListModel(), without a notification of nextPassIdx, and forgets its file with
+    /// \a eraseFilePath.
+    Q_INVOKABLE void clearPrepassData(bool eraseFilePath = true);
     /// Sets the interface's clock to an ISO date; the seconds are what counts, and one more or less is no change.
     Q_INVOKABLE void setCustomUtcTime(const QString &customIsoDate);
     /// Starts a sequence that sends the whole list \a repeatNum times. The list must not be empty and no sequence may
@@ -109,7 +130,11 @@ public:
     /// Moves the interface's clock to \a seconds from the computer's UTC and says so in the log, unless that is where
     /// it is, give or take one second. With \a reload the pass table is read again against the new clock.
     void applyUtcOffset(qint64 seconds, bool reload);
+    /// Imports the remembered table again. One whose passes are all over by now is forgotten.
+    void reloadPrepassData();
     void saveSettings();
+    /// Forgets the LoRa settings of the device; the views hear of it at their next change.
+    void resetLoraConfig();
 
 public Q_SLOTS:
     /// A value outside the enumeration fails an assertion.
@@ -150,6 +175,7 @@ private Q_SLOTS:
     void onUtcTimeRefreshOver();
     void onScheduleOver();
     void onCountdownRefreshOver();
+    void schedulePrepassOnModuleTx();
 
 private:
     void log(const QString &message);
@@ -157,14 +183,14 @@ private:
     void getSatelliteNextPass(const Payload::Options &options);
 
     void loadSettings();
+    void loadPrepassProfile();
     void loadPayloads();
 
     void refreshUtcTime();
 
     void scheduleNextTx();
     void schedulePeriodicTx();
-    [[nodiscard]] QString profileProblem() const;
-    [[nodiscard]] bool prepassDataAvailable() const;
+    void armSchedule(qint64 milliseconds);
     void transmitPayload();
     void flushTxPayloads();
     [[nodiscard]] bool isFirstTx() const;
@@ -174,6 +200,19 @@ private:
     void resetTxState();
     void refreshTimeUntilNextTx();
 
+    [[nodiscard]] bool hasNextPass() const;
+    void walkPasses();
+    void schedulePrepassTx();
+    void endUsedUpSequence();
+
+    void prepareModule();
+    void queuePayload();
+    void onPassBoundary();
+    void beginPass();
+    void endPass();
+    void waitForNextPass();
+    void waitUntil(const QDateTime &boundary);
+
     Logger *m_logger;
     RequestTxCallback m_requestTxCallback;
     GetSatelliteNextPassCallback m_getSatelliteNextPassCallback;
@@ -182,11 +221,14 @@ private:
     QTimer *m_utcTimeRefreshTimer;
     Profile m_selectedProfile = PERIODIC;
     PeriodicProfile *m_periodicProfile;
+    PrepassProfile *m_prepassProfile;
     bool m_loraEnabled = false;
+    LoRaConnectivity *m_loraConfig;
+    PrepassModel *m_prepassListModel;
     QString m_csvFilePath; // URL of the pass table that was imported last
     ModulationModel *m_modulationModel;
     qulonglong m_nextPassIdx = 0;        // row of the pass table that starts next
-    qulonglong m_activePassIdxCount = 0; // passes in progress
+    qulonglong m_activePassIdxCount = 0; // passes in progress: rows of the table, or the module's own
     PayloadModel *m_payloadListModel;
 
     uchar m_currentIndex = 0;   // payload being worked on
@@ -195,6 +237,7 @@ private:
     uchar m_currentSequenceRepeatCount = 0;
     bool m_ackPending = false;
     bool m_sequenceRunning = false;
+    quint64 m_run = 0; // counts the starts: a request that spins the event loop can outlive the run that made it
     bool m_sequenceCompleted = false; // all repetitions done, stop() awaited
     bool m_computingSatelliteNextPass = false;
     QTimer *m_scheduleTimer;

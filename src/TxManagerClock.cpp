@@ -25,6 +25,9 @@ void TxManager::refreshUtcTime()
 void TxManager::onUtcTimeRefreshOver()
 {
     refreshUtcTime();
+    if (m_selectedProfile != PREPASS_ON_MODULE) {
+        walkPasses();
+    }
 }
 
 void TxManager::setCustomUtcTime(const QString &customIsoDate)
@@ -44,7 +47,7 @@ void TxManager::applyUtcOffset(qint64 seconds, bool reload)
     refreshUtcTime();
     log(QStringLiteral("UTC time ") + (seconds == 0 ? QStringLiteral("restored") : QStringLiteral("updated")) +
         QStringLiteral(" (") + utcTime() + QLatin1Char(')'));
-    if (reload && m_csvFilePath.isEmpty()) {
-        Q_EMIT loadPrepassDataCompleted(QString()); // no table to filter against the new clock: done at once
+    if (reload) {
+        reloadPrepassData(); // which passes are over depends on the clock
     }
 }

@@ -7,12 +7,14 @@
 
 #include "Assertion.h"
 #include "PayloadModel.h"
+#include "PrepassModel.h"
 
 namespace {
 
 constexpr auto c_source = "src/TxManager";
 constexpr int c_countdownInterval = 1000; // ms
 constexpr int c_msPerSecond = 1000;
+constexpr int c_moduleDelay = 10; // ms
 
 } // namespace
 
@@ -30,38 +32,25 @@ void TxManager::setSequenceRunning(bool running)
     Q_EMIT sequenceRunningChanged();
 }
 
-bool TxManager::prepassDataAvailable() const
-{
-    return false; // this version imports no pass table
-}
-
-QString TxManager::profileProblem() const
-{
-    switch (m_selectedProfile) {
-    case PERIODIC:
-        return {};
-    case PREPASS:
-        return prepassDataAvailable() ? QString()
-                                      : QStringLiteral("Error: No prepass data imported.\nPlease import data as a CSV "
-                                                       "file retrieved from HelioWeb.");
-    case PREPASS_ON_MODULE:
-        return QStringLiteral("Error: The prepass on module profile is not available in this version.");
-    }
-    ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
-    return {};
-}
-
 void TxManager::start(uchar repeatNum)
 {
-    if (const QString problem = profileProblem(); !problem.isEmpty()) {
-        Q_EMIT txErrorOccured(problem);
+    if (m_selectedProfile == PREPASS && m_prepassListModel->rowCount() == 0) {
+        Q_EMIT txErrorOccured(QStringLiteral("Error: No prepass data imported.\nPlease import data as a CSV file "
+                                             "retrieved from HelioWeb."));
         return;
     }
     setSequenceRunning(true);
+    const quint64 run = ++m_run;
     m_repeatNum = repeatNum;
     log(QStringLiteral("--- Tx SEQUENCE START (x") + QString::number(repeatNum) + QStringLiteral(") ---"));
     if (!checkPayloadBeforeTx(m_currentIndex)) {
         return;
+    }
+    if (m_selectedProfile == PREPASS_ON_MODULE) {
+        prepareModule();
+        if (run != m_run) {
+            return; // stopped and started again inside the request: that start has armed what follows
+        }
     }
     scheduleNextTx();
     m_countdownTimer->start(c_countdownInterval);
@@ -92,10 +81,15 @@ void TxManager::scheduleNextTx()
         schedulePeriodicTx();
         return;
     case PREPASS:
+        schedulePrepassTx();
+        return;
     case PREPASS_ON_MODULE:
-        // start() refuses them, but the profile may have changed under a running sequence.
-        stop();
-        Q_EMIT txErrorOccured(profileProblem());
+        // From the event loop: it makes a request, and the caller may be the handler of an answer.
+        QTimer::singleShot(c_moduleDelay, this, [this, run = m_run] {
+            if (run == m_run) {
+                schedulePrepassOnModuleTx();
+            }
+        });
         return;
     }
     ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
@@ -104,7 +98,7 @@ void TxManager::scheduleNextTx()
 void TxManager::onScheduleOver()
 {
     if (m_selectedProfile == PREPASS_ON_MODULE && !m_sequenceCompleted) {
-        scheduleNextTx(); // an expiry is no Tx in this profile
+        onPassBoundary(); // an expiry is no Tx in this profile
         return;
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
@@ -196,13 +190,21 @@ void TxManager::onTxDone(const QString &data)
                 }
                 m_payloadListModel->setStatus(next, Payload::PENDING);
                 Q_EMIT currentIndexUpdated(static_cast<uchar>(next));
+                if (m_selectedProfile == PREPASS_ON_MODULE) {
+                    ++m_currentIndex;
+                    scheduleNextTx();
+                    return; // the next payload waits in the module: an answer stays awaited
+                }
             }
         }
         if (isLastTx()) {
             finishRepetition();
         }
     }
-    setAckPending(false);
+    // The wait at the end of a table serves a lost link or a second answer, which settles what is awaited.
+    if (m_ackPending) {
+        setAckPending(false);
+    }
 }
 
 void TxManager::finishRepetition()

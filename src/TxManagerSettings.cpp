@@ -12,10 +12,13 @@
 
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
+#include "PrepassProfile.h"
 
 namespace {
 
 constexpr auto c_payloadKeyPrefix = "msg";
+constexpr double c_rightAngle = 90; // degrees
+constexpr double c_wholeTurn = 360; // degrees; a module may count longitudes from 0
 
 /// The number under \a key, or \a fallback when there is none from \a first to \a last: the store may have been
 /// edited by hand.
@@ -32,6 +35,14 @@ uchar storedByte(const QSettings &settings, const char *key, int first, uchar fa
     return static_cast<uchar>(storedNumber(settings, key, first, std::numeric_limits<uchar>::max(), fallback));
 }
 
+/// As storedNumber(); what is not finite lies in no range.
+double storedReal(const QSettings &settings, const char *key, double first, double last, double fallback)
+{
+    bool isNumber = false;
+    const double number = settings.value(QLatin1String(key), fallback).toString().toDouble(&isNumber);
+    return isNumber && number >= first && number <= last ? number : fallback;
+}
+
 } // namespace
 
 void TxManager::loadSettings()
@@ -46,11 +57,26 @@ void TxManager::loadSettings()
     m_periodicProfile->setRedundancy(storedByte(m_settings, "redundancy", 1, PeriodicProfile::s_defaultRedundancy));
     m_periodicProfile->setDelay(storedByte(m_settings, "delay", 0, PeriodicProfile::s_defaultDelay));
     m_settings.endGroup();
+    m_settings.beginGroup("Prepass");
+    loadPrepassProfile();
+    m_settings.endGroup();
     m_settings.endGroup();
 
     m_settings.beginGroup("Payloads");
     loadPayloads();
     m_settings.endGroup();
+}
+
+void TxManager::loadPrepassProfile()
+{
+    m_prepassProfile->setPosition({storedReal(m_settings, "latitude", -c_rightAngle, c_rightAngle, 0),
+                                   storedReal(m_settings, "longitude", -c_wholeTurn, c_wholeTurn, 0)});
+    PrepassConfig config;
+    config.predictionDuration = storedByte(m_settings, "predictionDuration", 0, config.predictionDuration);
+    config.minElevation = storedReal(m_settings, "minElevation", -c_rightAngle, c_rightAngle, config.minElevation);
+    config.minPassDuration = storedByte(m_settings, "minPassDuration", 0, config.minPassDuration);
+    m_prepassProfile->setConfig(config);
+    m_prepassProfile->setRedundancy(storedByte(m_settings, "redundancy", 0, PrepassProfile::s_defaultRedundancy));
 }
 
 void TxManager::loadPayloads()
@@ -81,6 +107,14 @@ void TxManager::saveSettings()
     m_settings.setValue("period", int{m_periodicProfile->period()});
     m_settings.setValue("redundancy", int{m_periodicProfile->redundancy()});
     m_settings.setValue("delay", int{m_periodicProfile->delay()});
+    m_settings.endGroup();
+    m_settings.beginGroup("Prepass");
+    m_settings.setValue("latitude", m_prepassProfile->position().latitude);
+    m_settings.setValue("longitude", m_prepassProfile->position().longitude);
+    m_settings.setValue("predictionDuration", int{m_prepassProfile->config().predictionDuration});
+    m_settings.setValue("minElevation", m_prepassProfile->config().minElevation);
+    m_settings.setValue("minPassDuration", int{m_prepassProfile->config().minPassDuration});
+    m_settings.setValue("redundancy", int{m_prepassProfile->redundancy()});
     m_settings.endGroup();
     m_settings.endGroup();
 

@@ -6,6 +6,7 @@
 #include "AtCmdHandler.h"
 #include "Logger.h"
 #include "Payload.h"
+#include "PrepassConfig.h"
 #include "SerialPortManager.h"
 #include "TxManager.h"
 #include "ZepBoard.h"
@@ -23,7 +24,7 @@ class QTimer;
 /// its properties; the device's answers reach them through the models, never as results of the operations.
 ///
 /// The sources are cut by concern: Session (connect, identify, disconnect), Requests (one command, one answer),
-/// Dispatch (lines from the device), Parameters (one operation per parameter) and Transmission.
+/// Dispatch (lines from the device), Parameters (one operation per parameter), Transmission, Prediction and Lora.
 class ZepManager : public QObject
 {
     Q_OBJECT
@@ -66,16 +67,54 @@ public:
     /// Reads what the device is; a value that it does not give becomes "NA".
     Q_INVOKABLE void getHwInfo();
 
+    /// Reads the module's clock; the interface's clock adopts it.
+    Q_INVOKABLE void getModuleUtcDate();
+    /// Sets the module's clock, and on success the interface's, to an ISO date. On failure loadPrepassDataCompleted()
+    /// of the transmission side tells that there is nothing to wait for.
+    Q_INVOKABLE bool setModuleUtcDate(const QString &isoDate);
+    /// Reads whether the module predicts passes; the answer selects the profile.
+    Q_INVOKABLE void getPrepassEnable();
+    Q_INVOKABLE bool setPrepassEnable(bool enable);
+    Q_INVOKABLE void getPrepassConfig();
+    /// Has the module predict from the interface's present time on, at the position of the prepass profile, which
+    /// keeps the arguments on success. Their units are those of PrepassConfig.
+    Q_INVOKABLE bool setPrepassConfig(uchar predictionDuration, double minElevation, uchar minPassDuration,
+                                      double maxElevation = PrepassConfig::s_defaultMaxElevation,
+                                      ushort maxPasses = PrepassConfig::s_defaultMaxPasses,
+                                      double timeMargin = PrepassConfig::s_defaultTimeMargin,
+                                      uchar computationStep = PrepassConfig::s_defaultComputationStep);
+    /// Reads the LoRa settings of a device that has the stack; any other is not asked.
+    Q_INVOKABLE void getLoRaConfig();
+    Q_INVOKABLE void getGnssPosition();
+    /// Sets the position in degrees. False, with the profile's present position notified again, if the device refused.
+    Q_INVOKABLE bool setGnssPosition(double latitude, double longitude);
+    /// Reads the bulletins that the module holds.
+    Q_INVOKABLE void getAopData();
+    /// Sends the bulletin, and on ZEP2 and TBX the status, of each satellite that the module knows; downloads first if
+    /// there is no bulletin at all. A satellite out of service gets the orbit of one in service under its own id. The
+    /// result is that of the last command, false if none was sent.
+    Q_INVOKABLE bool setAopDataAndConstellationStatus();
+    /// Asks the module for the next pass, for a payload with \a options; downloads first if there is no bulletin. The
+    /// answer replaces the row of nextPassModel.
+    Q_INVOKABLE void getSatelliteNextPass(const Payload::Options &options = {});
+
     Q_INVOKABLE void getTxFrequency();
     Q_INVOKABLE void getTxPower();
     /// Sets the Tx power in mW. False, with the board's present value notified again, if the device refused.
     Q_INVOKABLE bool setTxPower(ushort power);
+    Q_INVOKABLE void getTxRedundancy();
+    Q_INVOKABLE bool setTxRedundancy(uchar redundancy);
     Q_INVOKABLE void getRadioConfig();
 
     /// Sends the line \a cmd as the user typed it, "AT+" included; ends with customCmdCompleted(), answered or not.
     Q_INVOKABLE void requestCustomCmd(const QString &cmd);
     /// Ends the wait for the wake-up button.
     Q_INVOKABLE void cancelModuleRequest();
+
+    /// Sends the LoRa settings, in steps, up to the first that fails; no device without the stack is reached.
+    bool setLoRaConfig();
+    /// Sends whether LoRa is to be on.
+    bool setLoRaEnable();
 
 public Q_SLOTS:
     /// Sends a radio configuration, 16 bytes as hexadecimal text, and asks the device for the outcome.
@@ -117,7 +156,18 @@ private:
     // Dispatch
     void processResponse();
     void processTxResponse();
+    void processPredictionResponse();
+    void processLoraResponse();
     void processDeviceAssertion();
+
+    // Prediction
+    void processPrepassConfig();
+    void processBulletin();
+    void processConstellationStatus();
+    void processNextPass();
+
+    // Lora
+    [[nodiscard]] bool hasLoRa() const;
 
     // Parameters
     void getId();
@@ -130,7 +180,6 @@ private:
     // Transmission
     bool requestTx(const QString &data, const Payload::Options &options, const bool &flush);
     bool flushTxFifo(const QString &data, const Payload::Options &options);
-    void getSatelliteNextPass(const Payload::Options &options);
 
     SerialPortManager *m_serialPort = nullptr;
     QPointer<ZepBoard> m_board;

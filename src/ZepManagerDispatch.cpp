@@ -103,6 +103,16 @@ void ZepManager::processResponse()
     case AtCmdHandler::UDATE:
     case AtCmdHandler::NEXTPASS:
     case AtCmdHandler::ZEP_REDUN:
+        processPredictionResponse();
+        return;
+    case AtCmdHandler::LORA_EN:
+    case AtCmdHandler::LORA_REDUN:
+    case AtCmdHandler::LORA_ACK:
+    case AtCmdHandler::LORA_DEUI:
+    case AtCmdHandler::LORA_AEUI:
+    case AtCmdHandler::LORA_AKEY:
+        processLoraResponse();
+        return;
     case AtCmdHandler::PACQ:
     case AtCmdHandler::PACQ_SENS:
     case AtCmdHandler::ALRT_SENS:
@@ -110,13 +120,7 @@ void ZepManager::processResponse()
     case AtCmdHandler::ALRT_ACC:
     case AtCmdHandler::ALRT_DRYC:
     case AtCmdHandler::ALRT_PB:
-    case AtCmdHandler::LORA_EN:
-    case AtCmdHandler::LORA_REDUN:
-    case AtCmdHandler::LORA_ACK:
-    case AtCmdHandler::LORA_DEUI:
-    case AtCmdHandler::LORA_AEUI:
-    case AtCmdHandler::LORA_AKEY:
-        return; // prediction, sensors and LoRa have no model to fill yet; the line is in the log
+        return; // sensors have no model to fill yet; the line is in the log
     case AtCmdHandler::PING:
     case AtCmdHandler::SAVE_CFG:
     case AtCmdHandler::CW:

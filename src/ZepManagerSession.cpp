@@ -96,17 +96,20 @@ void ZepManager::initBoard(ZepBoard::Module module)
             getTxFrequency();
             getTxPower();
         }
-        return;
+        break;
     case ZepBoard::ZEP2:
     case ZepBoard::TBX:
         leaveProfileOfModule();
-        return;
+        setModuleUtcDate(m_tx->utcDateTime().toString(Qt::ISODate));
+        break;
     case ZepBoard::RANGER:
         return;
     case ZepBoard::NA:
-        break;
+        ZEPGUI_ASSERT(false, "Invalid ZEP module / Sarvane device value", source);
     }
-    ZEPGUI_ASSERT(false, "Invalid ZEP module / Sarvane device value", source);
+    if (board) {
+        m_tx->reloadPrepassData();
+    }
 }
 
 void ZepManager::getHwInfo()
@@ -159,5 +162,7 @@ void ZepManager::bringTransmissionToRest()
     if (m_tx->ackPending()) {
         m_tx->setAckPending(false);
     }
+    m_tx->resetLoraConfig();
+    m_tx->clearPrepassData(false); // the path of the file stays for the next session
     m_tx->applyUtcOffset(0, false);
 }

@@ -39,14 +39,15 @@ bool ZepManager::requestTx(const QString &data, const Payload::Options &options,
     if (attribute != 0 && profile != TxManager::PREPASS) {
         message << "0x"_L1 + QString::number(attribute);
     }
+    // A reset of the device may stand where the answer to ATXRP should: then nothing may go out any more, for nobody
+    // would await it.
     if (profile == TxManager::PREPASS_ON_MODULE) {
         const int repetition = options.optionImportant ? moduleRepetitionImportant : moduleRepetition;
         return sendCommand(AtCmdHandler::ATXRP, {QString::number(repetition), QString::number(moduleRepetitionPeriod)},
                            shortTimeout) &&
-               sendCommand(AtCmdHandler::TXDATA, message, shortTimeout);
+               m_tx->sequenceRunning() && sendCommand(AtCmdHandler::TXDATA, message, shortTimeout);
     }
-    // The application repeats by itself: the device's own repetition is turned off. A reset of the device may stand
-    // where its answer should: then nothing may go out any more, for nobody would await it.
+    // The application repeats by itself: the device's own repetition is turned off.
     return sendCommand(AtCmdHandler::ATXRP, {u"0"_s}, shortTimeout) && m_tx->sequenceRunning() &&
            sendCommand(AtCmdHandler::TX, message, longTimeout);
 }
@@ -103,9 +104,4 @@ void ZepManager::processDeviceAssertion()
     if (m_tx->ackPending()) {
         m_tx->setAckPending(false);
     }
-}
-
-void ZepManager::getSatelliteNextPass(const Payload::Options &)
-{
-    // Only the profile PREPASS_ON_MODULE asks for a pass, and it cannot be started yet.
 }

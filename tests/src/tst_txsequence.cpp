@@ -52,27 +52,6 @@ private Q_SLOTS:
                      [&] { tx.onTxDone("0A"); });
     }
 
-    void profileWithoutPassesDoesNotStart()
-    {
-        TxManager &tx = prepare({"0A"}, 2);
-        QSignalSpy error(&tx, &TxManager::txErrorOccured);
-        tx.setSelectedProfile(TxManager::PREPASS);
-        tx.start(1);
-        QCOMPARE(error.takeLast().at(0),
-                 "Error: No prepass data imported.\nPlease import data as a CSV file retrieved from HelioWeb.");
-        tx.setSelectedProfile(TxManager::PREPASS_ON_MODULE);
-        tx.start(1);
-        QCOMPARE(error.takeLast().at(0), "Error: The prepass on module profile is not available in this version.");
-        QVERIFY(!tx.sequenceRunning() && m_bench->log.isEmpty() && m_bench->sent.isEmpty());
-
-        tx.setSelectedProfile(TxManager::PERIODIC);
-        tx.start(1);
-        tx.setSelectedProfile(TxManager::PREPASS_ON_MODULE); // under a running sequence
-        QVERIFY(next());
-        QVERIFY(!tx.sequenceRunning() && !m_bench->scheduleTimer->isActive());
-        QCOMPARE(m_bench->sent.join(' '), "0A flush");
-    }
-
     void malformedPayloadStopsBeforeItsTurn()
     {
         TxManager &tx = prepare({"0A"}, 1);

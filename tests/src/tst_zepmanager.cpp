@@ -3,14 +3,11 @@
 
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
-#include "ScriptedPeer.h"
-#include "ZepManager.h"
+#include "ScriptedSession.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -22,7 +19,6 @@ class TestZepManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -59,63 +55,33 @@ private Q_SLOTS:
     void linesWithoutASessionAreDropped();
 
 private:
-    bool connectTo(ZepBoard::Module module, const QString &baudRate = u"Default"_s);
+    bool connectTo(ZepBoard::Module module, const QString &baudRate = u"Default"_s)
+    {
+        return m_session->connectTo(module, baudRate);
+    }
 
-    QTemporaryDir m_dir;
+    std::unique_ptr<ScriptedSession> m_session;
     ScriptedPeer *m_peer = nullptr;
     ZepManager *m_manager = nullptr;
     QSignalSpy *m_userAction = nullptr;
     QStringList m_log;
 };
 
-void TestZepManager::initTestCase()
-{
-    QCoreApplication::setOrganizationName(u"Sarvane"_s);
-    QCoreApplication::setApplicationName(u"ZepGUI"_s);
-    QVERIFY(m_dir.isValid());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.path());
-}
-
 void TestZepManager::init()
 {
-    QSettings().clear();
-    m_peer = new ScriptedPeer(this);
-    for (const auto &[request, answer] : {
-             std::pair{u"AT+PING=?"_s, u"+OK"_s},
-             {u"AT+ID=?"_s, u"+ID=00aabb"_s},
-             {u"AT+FW=?"_s, u"+FW=1,SW1.4.0"_s},
-             {u"AT+SN=?"_s, u"+SN=ZEP12345678901"_s},
-             {u"AT+ADDR=?"_s, u"+ADDR=1f2e"_s},
-             {u"AT+RCONF=?"_s, u"+RCONF=399900000,401600000,27,HRA2"_s},
-             {u"AT+ATXFRQ=?"_s, u"+ATXFRQ=401650000"_s},
-             {u"AT+PWR=?"_s, u"+PWR=1000"_s},
-             {u"AT+ATXRP=0"_s, u"+OK"_s},
-         }) {
-        m_peer->answer(request, {answer});
-    }
-    m_manager = new ZepManager(this);
+    m_session = std::make_unique<ScriptedSession>();
+    m_peer = &m_session->peer;
+    m_manager = &m_session->manager;
     m_userAction = new QSignalSpy(m_manager, &ZepManager::userActionRequested);
     m_log.clear();
-    QObject::connect(m_manager->logger(), &Logger::logCreated, this,
+    QObject::connect(m_manager->logger(), &Logger::logCreated, m_manager,
                      [this](const QString &line) { m_log << line.section(u"] "_s, 1); });
 }
 
 void TestZepManager::cleanup()
 {
     delete m_userAction;
-    delete m_manager;
-    delete m_peer;
-}
-
-bool TestZepManager::connectTo(ZepBoard::Module module, const QString &baudRate)
-{
-    QSignalSpy connected(m_manager, &ZepManager::connected);
-    if (module == ZepBoard::RANGER) {
-        QObject::connect(m_manager, &ZepManager::userActionRequested, m_peer,
-                         [this] { m_peer->say("RANGER -- BUTTON PUSHED"); });
-    }
-    m_manager->connect(module, m_peer->path(), baudRate);
-    return connected.count() == 1;
+    m_session.reset();
 }
 
 void TestZepManager::deviceThatDoesNotAnswerPingIsNoSession_data()
@@ -180,9 +146,9 @@ void TestZepManager::identificationAsksInOrder_data()
     QTest::newRow("ZEP1") << ZepBoard::ZEP1 << ZepManager::BASIC << u"PING ID FW SN"_s << any << 9600;
     QTest::newRow("ZEP1, expert") << ZepBoard::ZEP1 << ZepManager::EXPERT << u"PING ID FW SN ATXFRQ PWR"_s
                                   << u"115200"_s << 115200;
-    QTest::newRow("ZEP2, expert") << ZepBoard::ZEP2 << ZepManager::EXPERT << u"PING ID FW ADDR RCONF"_s << u"nonsense"_s
-                                  << 9600;
-    QTest::newRow("TBX") << ZepBoard::TBX << ZepManager::BASIC << u"PING ID FW ADDR RCONF"_s << any << 9600;
+    QTest::newRow("ZEP2, expert") << ZepBoard::ZEP2 << ZepManager::EXPERT << u"PING ID FW ADDR RCONF UDATE"_s
+                                  << u"nonsense"_s << 9600;
+    QTest::newRow("TBX") << ZepBoard::TBX << ZepManager::BASIC << u"PING ID FW ADDR RCONF UDATE"_s << any << 9600;
     QTest::newRow("Ranger") << ZepBoard::RANGER << ZepManager::BASIC << u"PING ID FW"_s << any << 115200;
     QTest::newRow("slow Ranger") << ZepBoard::RANGER << ZepManager::BASIC << u"PING ID FW"_s << u"9600"_s << 9600;
 }
@@ -198,11 +164,17 @@ void TestZepManager::identificationAsksInOrder()
     m_manager->tx()->setSelectedProfile(TxManager::PREPASS_ON_MODULE);
     QVERIFY(connectTo(module, baudRate));
     QCOMPARE(m_manager->board()->portSettings().baudRate, portSpeed);
+    QStringList asked = m_peer->requests();
+    if (questions.endsWith("UDATE"_L1)) {
+        const QDateTime clock = QDateTime::fromString(asked.last().section(u'=', 1), Qt::ISODate);
+        QVERIFY(qAbs(clock.secsTo(QDateTime::currentDateTimeUtc())) <= 5);
+        asked.last() = u"AT+UDATE=?"_s; // set, where the others ask
+    }
     QStringList expected;
     for (const QString &word : questions.split(u' ')) {
         expected << "AT+"_L1 + word + "=?"_L1;
     }
-    QCOMPARE(m_peer->requests(), expected);
+    QCOMPARE(asked, expected);
     QCOMPARE(m_manager->board()->id(), u"00AABB"_s);
     QCOMPARE(m_manager->tx()->selectedProfile(),
              module == ZepBoard::RANGER ? TxManager::PREPASS_ON_MODULE : TxManager::PREPASS);

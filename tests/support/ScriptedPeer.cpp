@@ -33,7 +33,7 @@ void ScriptedPeer::onReceived(const QByteArray &data)
         const QString request = QString::fromLatin1(m_incoming.first(end));
         m_incoming.remove(0, end + 2);
         m_requests << request;
-        const QStringList answers = m_answers.value(request);
+        const QStringList answers = m_answers.value(request, m_answers.value(request.section('=', 0, 0) + "=*"));
         for (const QString &line : answers) {
             say(line.toUtf8());
         }

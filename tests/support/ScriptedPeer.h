@@ -18,7 +18,8 @@ public:
     explicit ScriptedPeer(QObject *parent = nullptr);
 
     [[nodiscard]] QString path() const { return m_terminal.path(); }
-    /// Answers \a request, a whole line without its end, with \a lines; a request that nobody set is not answered.
+    /// Answers \a request, a whole line without its end, with \a lines; "AT+WORD=*" stands for all requests of that
+    /// word that have no answer of their own. A request that nobody set is not answered.
     void answer(const QString &request, const QStringList &lines);
     /// Says \a line, with a line end, of its own accord.
     void say(const QByteArray &line);

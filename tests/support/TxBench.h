@@ -39,7 +39,10 @@ struct TxBench
                 duringRequest();
                 return accept;
             },
-            nullptr);
+            [this](const Payload::Options &) {
+                sent << "nextpass";
+                duringNextPass();
+            });
         scheduleTimer = manager->findChild<QTimer *>("scheduleTimer");
         return *manager;
     }
@@ -47,9 +50,10 @@ struct TxBench
     QTemporaryDir folder;
     Logger logger;
     QStringList log;
-    QStringList sent; // messages, and "flush"
+    QStringList sent; // messages, "flush" and "nextpass"
     Payload::Options lastOptions;
     std::function<void()> duringRequest = [] {};
+    std::function<void()> duringNextPass = [] {};
     bool accept = true;
     std::unique_ptr<TxManager> manager;
     QTimer *scheduleTimer = nullptr;

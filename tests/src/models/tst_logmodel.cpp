@@ -54,6 +54,7 @@ void tst_LogModel::clearForgetsTheBatchUnderWay()
     model.append(QStringLiteral("waiting"));
     model.clear();
     QCOMPARE(model.text(), QString());
+    QCOMPARE(model.rowCount(), 0);
     model.append(QStringLiteral("after"));
     QTRY_COMPARE(model.rowCount(), 1);
     QCOMPARE(model.index(0).data(LogModel::ShownRole).toString(), QStringLiteral("after"));

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "SatelliteAop.h"
+
+#include <QMap>
+
+namespace {
+
+const QMap<SatelliteAop::DownlinkStatus, QString> c_downlinkTexts{
+    {SatelliteAop::DNLK_OFF, QStringLiteral("Downlink transmitter OFF")},
+    {SatelliteAop::DNLK_HELIO_4_ON, QStringLiteral("HELIO-4 TX ON")},
+    {SatelliteAop::DNLK_SPARE_NA, QStringLiteral("Spare, N/A")},
+    {SatelliteAop::DNLK_HELIO_3_ON, QStringLiteral("HELIO-3 TX ON")},
+};
+const QMap<SatelliteAop::UplinkStatus, QString> c_uplinkTexts{
+    {SatelliteAop::UPLK_HELIO_3_ON, QStringLiteral("HELIO-3 payload")},
+    {SatelliteAop::UPLK_HELIO_NEO_MIREL_ON, QStringLiteral("HELIO-Mirel payload")},
+    {SatelliteAop::UPLK_HELIO_4_ON, QStringLiteral("HELIO-4 payload")},
+    {SatelliteAop::UPLK_OUT_OF_SERVICE, QStringLiteral("OUT OF SERVICE")},
+};
+
+QString number(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+QString tooltipLine(const char *label, const QString &value)
+{
+    return QStringLiteral("<b>") + QLatin1String(label) + QStringLiteral(":</b> ") + value;
+}
+
+} // namespace
+
+SatelliteAop::SatelliteAop(QObject *parent) : QObject(parent) {}
+
+SatelliteAop::DownlinkStatus SatelliteAop::downlinkStatusOf(const QString &text)
+{
+    return c_downlinkTexts.key(text, DNLK_OFF);
+}
+
+SatelliteAop::UplinkStatus SatelliteAop::uplinkStatusOf(const QString &text)
+{
+    return c_uplinkTexts.key(text, UPLK_HELIO_3_ON);
+}
+
+QString SatelliteAop::downlinkStatusText() const
+{
+    return downlinkStatus == DNLK_OFF ? QStringLiteral("OFF")
+                                      : c_downlinkTexts.value(downlinkStatus).remove(QStringLiteral("TX ON"));
+}
+
+QString SatelliteAop::uplinkStatusText() const
+{
+    return uplinkStatus == UPLK_OUT_OF_SERVICE ? QStringLiteral("OFF")
+                                               : c_uplinkTexts.value(uplinkStatus).remove(QStringLiteral("payload"));
+}
+
+QString SatelliteAop::aopTooltipHtml() const
+{
+    const QString lineEnd = QStringLiteral("<br>");
+    return tooltipLine("fleetfeedIdent", QString(ident).toHtmlEscaped()) + lineEnd +
+           tooltipLine("date", date.toString(Qt::TextDate)) + lineEnd +
+           tooltipLine("semiMajorAxis", number(semiMajorAxis)) + QStringLiteral(" km") + lineEnd +
+           tooltipLine("semiMajorAxisDrift", number(semiMajorAxisDrift)) + QStringLiteral(" meter/day") + lineEnd +
+           tooltipLine("inclination", number(inclination)) + QStringLiteral("°") + lineEnd +
+           tooltipLine("ascendantNodeLongitude", number(ascendantNodeLongitude)) + QStringLiteral(" °") + lineEnd +
+           tooltipLine("ascendantNodeDrift", number(ascendantNodeDrift)) + QStringLiteral("°") + lineEnd +
+           tooltipLine("orbitalPeriod", number(orbitalPeriod)) + QStringLiteral(" min");
+}
+
+QStringList SatelliteAop::aopAtParameters() const
+{
+    return {QString(ident),        date.toString(Qt::ISODate),     number(semiMajorAxis),
+            number(inclination),   number(ascendantNodeLongitude), number(ascendantNodeDrift),
+            number(orbitalPeriod), number(semiMajorAxisDrift)};
+}
+
+QStringList SatelliteAop::statusAtParameters() const
+{
+    return {QString(ident), QString::number(downlinkStatus), QString::number(uplinkStatus)};
+}

@@ -1,0 +1,300 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include <sys/resource.h>
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QUrl>
+
+#include "PrepassModel.h"
+#include "PrepassProfile.h"
+#include "TxBench.h"
+
+/// The profiles that follow passes. Ticks of the clock and expiries are made by hand, so that the distance to a pass
+/// is exact to the millisecond.
+class TxPrepassTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TxBench> m_bench;
+    QString m_path;
+
+    TxManager &prepare(TxManager::Profile profile, const QStringList &messages = {})
+    {
+        TxManager &tx = m_bench->create();
+        std::for_each(messages.begin(), messages.end(), [&tx](const QString &text) { tx.addPayloadItem(text); });
+        tx.setSelectedProfile(profile);
+        connect(tx.payloadListModel(), &PayloadModel::dataChanged, this,
+                [this](const QModelIndex &row, const QModelIndex &, const QList<int> &roles) {
+                    if (roles.contains(PayloadModel::StatusRole)) {
+                        m_bench->sent << QString("%1:%2").arg(row.row()).arg(row.data(roles[0]).toInt());
+                    }
+                });
+        return tx;
+    }
+
+    static void tick(TxManager &tx) { QMetaObject::invokeMethod(&tx, "onUtcTimeRefreshOver"); }
+    static void expire(TxManager &tx) { QMetaObject::invokeMethod(&tx, "onScheduleOver"); }
+    QString sent() { return std::exchange(m_bench->sent, {}).join(' '); }
+
+    /// Adds a row that starts \a start ms from the clock's present time.
+    static void add(const TxManager &tx, PrepassModel *model, qint64 start, int seconds)
+    {
+        model->addPrepass("SAT", tx.utcDateTime().addMSecs(start), QTime(0, 0).addSecs(seconds), 0, false);
+    }
+
+    /// Writes a table of passes "name seconds-from-now duration".
+    void write(const QStringList &passes)
+    {
+        QByteArray table = "Satellite;Start date/time;Middle date/time;End date/time;Duration;Middle elevation;Start "
+                           "azimuth;Middle azimuth;End azimuth\n";
+        for (const QString &pass : passes) {
+            const QDateTime start = QDateTime::currentDateTimeUtc().addSecs(pass.section(' ', 1, 1).toInt());
+            table += pass.section(' ', 0, 0).toLatin1() + start.toString(";MM-dd-yyyy hh:mm:ss;;;").toLatin1() +
+                     pass.section(' ', 2).toLatin1() + ";5;;;\n";
+        }
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(table) == table.size());
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<TxBench>();
+        m_path = m_bench->folder.filePath("passes é.csv");
+    }
+
+    void failedImportSaysSoAndRemembersWhatItCouldOpen_data()
+    {
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QString>("processLog");
+        QTest::addColumn<bool>("opened");
+        const QString rejected =
+            "Error: CSV file could not be parsed!\nCheck file syntax or column headers.\n\nExport from HelioWeb with "
+            "the following format:\n- Date: MM-dd-yyyy\n- Time: 24h\n- Time zone: UTC\n- CSV separator: ; or ,";
+        QTest::newRow("vanished") << "Error: Unable to open file: %1"
+                                  << "No such file" << false;
+        QTest::newRow("folder") << "Error: Unable to open file: %1"
+                                << "directory" << false;
+        QTest::newRow("200 MiB line") << rejected << "The CSV file syntax is not correct" << true;
+        QTest::newRow("over") << "Error: All satellite prepass date(s) in this file have expired!"
+                              << "" << true;
+    }
+
+    void failedImportSaysSoAndRemembersWhatItCouldOpen()
+    {
+        QFETCH(const QString, error);
+        QFETCH(const QString, processLog);
+        QFETCH(const bool, opened);
+        const QByteArray fault = QTest::currentDataTag();
+        TxManager &tx = prepare(TxManager::PREPASS);
+        const QString before = QUrl::fromLocalFile(m_path).toString();
+        write({"A -5 00:10:00", "B 600 00:10:00"});
+        tx.importPrepassData(before);
+        tick(tx);
+        m_path = m_bench->folder.filePath("chosen.csv");
+        if (fault == "folder") {
+            QVERIFY(QDir().mkpath(m_path));
+        } else if (fault != "vanished") {
+            write({"A -700 00:10:00"});
+            QVERIFY(fault == "over" || QFile::resize(m_path, 200 * 1024 * 1024)); // takes no space on the disk
+        }
+        QSignalSpy completed(&tx, &TxManager::loadPrepassDataCompleted);
+        QSignalSpy moved(&tx, &TxManager::nextPassIdxChanged);
+        if (!processLog.isEmpty()) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(processLog));
+        }
+        rusage usage{};
+        const auto memory = [&usage] { return getrusage(RUSAGE_SELF, &usage), usage.ru_maxrss; };
+        const auto used = memory(); // KiB
+        const QString chosen = QUrl::fromLocalFile(m_path).toString();
+        tx.importPrepassData(chosen);
+        QVERIFY(memory() - used < 20 * 1024);
+        QCOMPARE(completed.takeLast().at(0), error.contains("%1") ? error.arg(m_path) : error);
+        QCOMPARE(moved.count(), opened ? 1 : 0);
+        QCOMPARE(tx.nextPassIdx(), opened ? 0 : 1);
+        QCOMPARE(tx.prepassListModel()->rowCount(), opened ? 0 : 2);
+        const auto remembered = [&tx] { return tx.saveSettings(), QSettings().value("Tx/csvFilePath").toString(); };
+        QCOMPARE(remembered(), opened ? chosen : before);
+        if (fault == "over") {
+            tx.reloadPrepassData();
+            QCOMPARE(completed.takeLast().at(0), error);
+            QCOMPARE(remembered(), QString()); // one that the user has not chosen just now
+        }
+    }
+
+    void walkKeepsTheTableInStepWithTheClock()
+    {
+        TxManager &tx = prepare(TxManager::PERIODIC);
+        write({"E 3600 00:10:00", "D 30 none", "A -5 00:10:00", "B -4 00:00:10", "C -3 00:00:09"});
+        tx.importPrepassData(m_path);
+        const auto walk = [&](int offset) {
+            m_bench->log.clear();
+            tx.applyUtcOffset(offset, false);
+            tick(tx);
+            QString table;
+            for (int row = 0; row < tx.prepassListModel()->rowCount(); ++row) {
+                const QModelIndex index = tx.prepassListModel()->index(row);
+                table += index.data(PrepassModel::SatelliteNameRole).toString();
+                table += index.data(PrepassModel::IsActiveRole).toBool() ? "*" : "";
+            }
+            const QString available = m_bench->log.filter("available").join(' ').remove(" satellite(s) available");
+            return QString("%1 %2 %3").arg(table).arg(tx.nextPassIdx()).arg(available);
+        };
+        QCOMPARE(walk(0), "A*BCDE 1 1"); // one a tick
+        QCOMPARE(walk(0), "A*B*CDE 2 2");
+        QCOMPARE(walk(0), "A*B*C*DE 3 3");
+        tx.setSelectedProfile(TxManager::PREPASS);
+        QCOMPARE(walk(60), "A*C*E 2 4 3 2"); // D came and went, C is looked at the next time
+        QCOMPARE(walk(60), "A*E 1 1");
+        tx.setSelectedProfile(TxManager::PREPASS_ON_MODULE);
+        QCOMPARE(walk(3700), "A*E 0 ");
+        tx.setSelectedProfile(TxManager::PERIODIC);
+        tx.applyUtcOffset(0, true); // read anew
+        QCOMPARE(walk(0), "A*BCDE 1 1");
+        tx.clearPrepassData(false);
+        QCOMPARE(walk(0), " 0 ");
+        tx.reloadPrepassData();
+        QCOMPARE(walk(0), "A*BCDE 1 1");
+    }
+
+    void passesTimeTheFirstTxAndTheNext_data()
+    {
+        QTest::addColumn<QList<qint64>>("passes"); // ms from now to the start, s of duration
+        QTest::addColumn<QString>("sent");
+        QTest::addColumn<int>("interval"); // ms; -1: not armed
+        QTest::addColumn<QString>("error");
+        using Passes = QList<qint64>;
+        constexpr int farthest = std::numeric_limits<int>::max();
+        QTest::newRow("no table") << Passes{} << "" << -1
+                                  << "Error: No prepass data imported.\nPlease import data as a CSV file retrieved "
+                                     "from HelioWeb.";
+        QTest::newRow("too far") << Passes{farthest + qint64{1}, 30} << "0:0 flush" << -1
+                                 << "Error: Next satellite pass date is too far from today!";
+        QTest::newRow("not too far") << Passes{farthest, 30} << "0:2" << farthest << "";
+        QTest::newRow("now") << Passes{0, 30} << "0:2" << 0 << "";
+        QTest::newRow("begun, not walked") << Passes{-1, 30} << "0:2" << -1 << "";
+        QTest::newRow("in a long pass") << Passes{-10000, 600} << "0A 0:3" << 60000 << "";
+        QTest::newRow("ends, next near") << Passes{-10000, 30, 59999, 30} << "0A 0:3" << 60000 << "";
+        QTest::newRow("ends, next later") << Passes{-10000, 30, 60001, 30} << "0A 0:3" << 60001 << "";
+        QTest::newRow("later one ends") << Passes{-20000, 600, -10000, 30, 90000, 30} << "0A 0:3" << 90000 << "";
+    }
+
+    void passesTimeTheFirstTxAndTheNext()
+    {
+        QFETCH(const QList<qint64>, passes);
+        TxManager &tx = prepare(TxManager::PREPASS, {"0A"});
+        for (qsizetype i = 0; i < passes.size(); i += 2) {
+            add(tx, tx.prepassListModel(), passes.at(i), static_cast<int>(passes.at(i + 1)));
+            if (passes.at(i) < -1) {
+                tick(tx);
+            }
+        }
+        QSignalSpy error(&tx, &TxManager::txErrorOccured);
+        tx.start(1);
+        QTEST(sent(), "sent");
+        QTEST(error.value(0).value(0).toString(), "error");
+        QCOMPARE(tx.sequenceRunning(), error.isEmpty());
+        QTEST(m_bench->scheduleTimer->remainingTime() < 0 ? -1 : m_bench->scheduleTimer->interval(), "interval");
+    }
+
+    void usedUpTableWaitsForTheLastAnswer_data()
+    {
+        QTest::addColumn<QString>("seen");
+        QTest::newRow("answer") << "0A 0:3 0:2 0:0 flush";
+        QTest::newRow("no answer") << "0A 0:3 0:0 flush";
+        QTest::newRow("lost link after a repetition") << "0A 0:3 0:4 0:0 flush";
+    }
+
+    void usedUpTableWaitsForTheLastAnswer()
+    {
+        const QByteArray event = QTest::currentDataTag();
+        TxManager &tx = prepare(TxManager::PREPASS, {"0A"});
+        add(tx, tx.prepassListModel(), -10000, 30);
+        tick(tx);
+        if (event == "answer") {
+            QTimer::singleShot(0, &tx, [&tx] { tx.onTxDone("0a"); });
+        } else if (event == "lost link after a repetition") {
+            tx.payloadListModel()->setRedundancy(0, 1);
+            QTimer::singleShot(0, &tx, [&tx] { tx.setAckPending(false); });
+        }
+        QSignalSpy error(&tx, &TxManager::txErrorOccured);
+        tx.start(2);
+        tx.onTxDone("0A"); // after a repetition, from which the wait is entered; else nothing runs any more
+        QTEST(sent(), "seen");
+        QCOMPARE(error.value(0).value(0), "Error: No more prepass data to continue Tx scheduling.\nPlease import new "
+                                          "data from HelioWeb.\nStopping sequence...");
+        QVERIFY(!tx.sequenceRunning());
+    }
+
+    void modulesPassesCarryOnePayloadEach()
+    {
+        TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A", "0B"});
+        PrepassModel *model = tx.prepassProfile()->nextPassModel();
+        const auto nextPass = [&](qint64 start) {
+            m_bench->duringNextPass = [&tx, model, start] { model->clear(), add(tx, model, start, 300); };
+        };
+        const QTimer *timer = m_bench->scheduleTimer;
+        nextPass(100000);
+        tx.start(1);
+        QCOMPARE(sent(), "flush nextpass");
+        QTRY_VERIFY(timer->isActive());
+        QCOMPARE(timer->interval() / 1000, 99 + timer->interval() / 100000); // a tick may have come in between
+        QCOMPARE(sent(), "0A 0:2");
+
+        tx.applyUtcOffset(100, false);
+        expire(tx); // the pass begins
+        QVERIFY(model->getIsActive(0) && qAbs(timer->interval() - 300000) < 2000);
+        nextPass(-1000); // under way already
+        expire(tx);      // the pass ends without an answer
+        QCOMPARE(timer->interval(), 0);
+        expire(tx);
+        QCOMPARE(sent(), "0:3 0:2 nextpass 0:3");
+
+        nextPass(100000);
+        tx.onTxDone("0A");
+        QTRY_COMPARE(timer->interval(), 100000); // queued, and the rest of the pass is not used
+        QCOMPARE(sent(), "0:4 1:2 0B 1:2 1:2 nextpass");
+        QVERIFY(tx.ackPending());
+        expire(tx);
+        tx.onTxDone("0B");
+        QCOMPARE(sent(), "1:3 1:4");
+        QVERIFY(!tx.ackPending() && !timer->isActive() && m_bench->log.last().contains("COMPLETE (1/1)"));
+    }
+
+    void moduleThatDoesNotDeliverIsNotTakenForDone()
+    {
+        TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
+        PrepassModel *model = tx.prepassProfile()->nextPassModel();
+        tx.start(2);
+        tx.onTxDone("0A"); // outside a pass: no completion, and nothing is awaited any more
+        QVERIFY(!tx.ackPending() && m_bench->log.filter("COMPLETE").isEmpty());
+        m_bench->accept = false;
+        QTRY_VERIFY(m_bench->log.contains("Unable to write Tx command"));
+        m_bench->accept = true;
+        model->clear();
+        add(tx, model, -86400000, 300); // and stays: no request for a pass succeeds, each boundary follows at once
+        m_bench->sent.clear();
+        QTRY_COMPARE_GE(m_bench->sent.count("nextpass"), 3);
+        tx.stop();
+        tx.setSelectedProfile(TxManager::PERIODIC);
+        tick(tx); // the module's pass is no row of the table
+
+        tx.setSelectedProfile(TxManager::PREPASS_ON_MODULE);
+        m_bench->duringRequest = [&tx] { tx.stop(); }; // a lost link inside the flush at the start
+        tx.start(1);
+        m_bench->duringRequest = [] {};
+        QVERIFY(!tx.ackPending());
+        model->clear();
+        QSignalSpy error(&tx, &TxManager::txErrorOccured);
+        tx.start(1);
+        QTRY_COMPARE(error.value(0).value(0), "Error: No satellite pass was computed/predicted!");
+        QVERIFY(!tx.sequenceRunning() && !m_bench->scheduleTimer->isActive());
+    }
+};
+
+QTEST_GUILESS_MAIN(TxPrepassTest)
+#include "tst_txprepass.moc"

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ScriptedSession.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+ScriptedSession::Place::Place(const QString &aopUrl)
+{
+    if (!folder.isValid()) {
+        qFatal("no folder: %s", qPrintable(folder.errorString()));
+    }
+    QCoreApplication::setOrganizationName(u"Sarvane"_s);
+    QCoreApplication::setApplicationName(u"ZepGUI"_s);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    QDir::setCurrent(folder.path());
+    QSettings(u"config.ini"_s, QSettings::IniFormat).setValue("Prepass/aopWebRequestUrl", aopUrl);
+}
+
+ScriptedSession::ScriptedSession(const QString &aopUrl) : m_place(aopUrl), peer(nullptr), manager(nullptr)
+{
+    for (const auto &[request, answer] : {
+             std::pair{u"AT+PING=?"_s, u"+OK"_s},
+             {u"AT+ID=?"_s, u"+ID=00aabb"_s},
+             {u"AT+FW=?"_s, u"+FW=1,SW1.4.0"_s},
+             {u"AT+SN=?"_s, u"+SN=ZEP12345678901"_s},
+             {u"AT+ADDR=?"_s, u"+ADDR=1f2e"_s},
+             {u"AT+RCONF=?"_s, u"+RCONF=399900000,401600000,27,HRA2"_s},
+             {u"AT+ATXFRQ=?"_s, u"+ATXFRQ=401650000"_s},
+             {u"AT+PWR=?"_s, u"+PWR=1000"_s},
+             {u"AT+ATXRP=0"_s, u"+OK"_s},
+             {u"AT+UDATE=*"_s, u"+OK"_s},
+             {u"AT+TXFIFO="_s, u"+OK"_s},
+         }) {
+        peer.answer(request, {answer});
+    }
+    QObject::connect(manager.logger(), &Logger::logCreated, &manager,
+                     [this](const QString &line) { log << line.section(u"] "_s, 1); });
+}
+
+bool ScriptedSession::connectTo(ZepBoard::Module module, const QString &baudRate)
+{
+    QSignalSpy connected(&manager, &ZepManager::connected);
+    if (module == ZepBoard::RANGER) {
+        QObject::connect(&manager, &ZepManager::userActionRequested, &peer,
+                         [this] { peer.say("RANGER -- BUTTON PUSHED"); });
+    }
+    manager.connect(module, peer.path(), baudRate);
+    return connected.count() == 1;
+}

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "ScriptedPeer.h"
+#include "ZepManager.h"
+
+#include <QTemporaryDir>
+
+/// A whole ZepManager on a pseudo terminal whose far end is scripted, with settings and a working directory of its
+/// own. The peer answers all that a session asks when it begins.
+struct ScriptedSession
+{
+    /// \a aopUrl is the address of the bulletins; empty leads nowhere.
+    explicit ScriptedSession(const QString &aopUrl = {});
+
+    /// Whether a session with a board of that kind came about. The wake-up button of a Ranger is pressed when asked
+    /// for.
+    bool connectTo(ZepBoard::Module module, const QString &baudRate = QStringLiteral("Default"));
+
+private:
+    /// Stands first: the manager reads its settings and its configuration when it is made.
+    struct Place
+    {
+        explicit Place(const QString &aopUrl);
+        QTemporaryDir folder;
+    } m_place;
+
+public:
+    ScriptedPeer peer;
+    ZepManager manager;
+    QStringList log; ///< Without stamps: "[APP] text"
+};
