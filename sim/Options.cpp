@@ -9,6 +9,8 @@
 namespace {
 
 constexpr int maxMilliseconds = 24 * 60 * 60 * 1000;
+constexpr int maxHours = 366 * 24;
+constexpr int maxPort = 65535;
 
 const QHash<QString, Board> boardWords{{QStringLiteral("zep1"), Board::Zep1},
                                        {QStringLiteral("zep2"), Board::Zep2},
@@ -34,6 +36,37 @@ bool readNumber(const QCommandLineParser &parser, const QString &name, double mi
     }
     target = value;
     return true;
+}
+
+/// Reads what belongs to --passes-csv; nothing, with \a message set, if something in it cannot be.
+std::optional<PassTableOptions> readPassTable(const QCommandLineParser &parser, QString &message)
+{
+    PassTableOptions table;
+    table.from = QDateTime::currentDateTimeUtc();
+    if (parser.isSet(QStringLiteral("from"))) {
+        table.from = QDateTime::fromString(parser.value(QStringLiteral("from")), Qt::ISODate);
+        if (table.from.timeSpec() == Qt::LocalTime) {
+            table.from.setTimeSpec(Qt::UTC); // a date that names no zone
+        }
+        table.from = table.from.toUTC();
+        if (!table.from.isValid()) {
+            message =
+                QStringLiteral("--from: no date such as 2026-03-20T12:00:00Z: ") + parser.value(QStringLiteral("from"));
+            return std::nullopt;
+        }
+    }
+    double hours = table.hours;
+    if (!readNumber(parser, QStringLiteral("hours"), 1, maxHours, hours, message)) {
+        return std::nullopt;
+    }
+    table.hours = int(hours);
+    const QString separator = parser.value(QStringLiteral("separator"));
+    if (separator != QLatin1String(",") && separator != QLatin1String(";")) {
+        message = QStringLiteral("--separator must be , or ;");
+        return std::nullopt;
+    }
+    table.separator = separator.front();
+    return table;
 }
 
 } // namespace
@@ -66,6 +99,17 @@ SimOptionsResult readOptions(const QStringList &arguments)
          QStringLiteral("Local socket on which the console is reachable too. Default: the path of --link with "
                         "\".console\" appended; without --link there is no socket."),
          QStringLiteral("PATH")},
+        {QStringLiteral("bulletins"),
+         QStringLiteral("Serve the bulletins by HTTP on this port of the loopback, 0 for any that is free. The address "
+                        "is the second line printed."),
+         QStringLiteral("PORT")},
+        {QStringLiteral("passes-csv"), QStringLiteral("Print the table of the passes at the factory's position and "
+                                                      "end; needs no --board.")},
+        {QStringLiteral("from"), QStringLiteral("Start of the table, as 2026-03-20T12:00:00Z; now by default."),
+         QStringLiteral("DATE")},
+        {QStringLiteral("hours"), QStringLiteral("Length of the table; 24 by default."), QStringLiteral("N")},
+        {QStringLiteral("separator"), QStringLiteral("Between the fields of the table, \",\" by default or \";\"."),
+         QStringLiteral("CHARACTER"), QStringLiteral(",")},
     });
     if (!parser.parse(arguments)) {
         return {std::nullopt, parser.errorText(), 2};
@@ -73,22 +117,39 @@ SimOptionsResult readOptions(const QStringList &arguments)
     if (parser.isSet(QStringLiteral("help"))) {
         return {std::nullopt, parser.helpText(), 0};
     }
+    const bool isPassTable = parser.isSet(QStringLiteral("passes-csv"));
+    for (const QString &name : {QStringLiteral("from"), QStringLiteral("hours"), QStringLiteral("separator")}) {
+        if (parser.isSet(name) && !isPassTable) {
+            return {std::nullopt, QStringLiteral("--%1 goes with --passes-csv").arg(name), 2};
+        }
+    }
     const auto board = boardWords.constFind(parser.value(QStringLiteral("board")));
-    if (board == boardWords.cend() || !parser.positionalArguments().isEmpty()) {
+    if ((board == boardWords.cend() && !isPassTable) || !parser.positionalArguments().isEmpty()) {
         return {std::nullopt, QStringLiteral("--board must be zep1, zep2, tbx or ranger; --help tells the rest"), 2};
     }
     SimOptions options;
-    options.board = *board;
+    options.board = board == boardWords.cend() ? options.board : *board;
     double seed = options.seed;
     double airtime = options.airtimeMs;
     double latency = options.latencyMs;
     double wakeSeconds = 0;
+    double bulletinPort = 0;
     QString message;
     if (!readNumber(parser, QStringLiteral("seed"), 0, 4294967295.0, seed, message) ||
         !readNumber(parser, QStringLiteral("airtime"), 0, maxMilliseconds, airtime, message) ||
         !readNumber(parser, QStringLiteral("latency"), 0, maxMilliseconds, latency, message) ||
-        !readNumber(parser, QStringLiteral("auto-wake"), 0, maxMilliseconds / 1000.0, wakeSeconds, message)) {
+        !readNumber(parser, QStringLiteral("auto-wake"), 0, maxMilliseconds / 1000.0, wakeSeconds, message) ||
+        !readNumber(parser, QStringLiteral("bulletins"), 0, maxPort, bulletinPort, message)) {
         return {std::nullopt, message, 2};
+    }
+    if (isPassTable) {
+        options.passTable = readPassTable(parser, message);
+        if (!options.passTable) {
+            return {std::nullopt, message, 2};
+        }
+    }
+    if (parser.isSet(QStringLiteral("bulletins"))) {
+        options.bulletinPort = quint16(bulletinPort);
     }
     options.seed = quint32(seed);
     options.airtimeMs = int(airtime);

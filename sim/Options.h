@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "PassTable.h"
+
 #include <QFlags>
 #include <QString>
 #include <QStringList>
@@ -18,14 +20,16 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(Boards)
 struct SimOptions
 {
     Board board = Board::Zep2;
-    QString link;                  ///< symbolic link kept on the port's path; empty for none
-    quint32 seed = 1;              ///< decides the identity and every made-up number
-    int airtimeMs = 1500;          ///< length of one transmission
-    int latencyMs = 0;             ///< delay of every answer
-    bool baudPace = false;         ///< bytes leave as 9600 baud would send them
-    std::optional<int> autoWakeMs; ///< the button is pushed so long after a client opened the port
-    QString traceFile;             ///< log of every line; empty for none
-    QString consoleSocket;         ///< local socket of the line console; empty for none
+    QString link;                        ///< symbolic link kept on the port's path; empty for none
+    quint32 seed = 1;                    ///< decides the identity and every made-up number
+    int airtimeMs = 1500;                ///< length of one transmission
+    int latencyMs = 0;                   ///< delay of every answer
+    bool baudPace = false;               ///< bytes leave as 9600 baud would send them
+    std::optional<int> autoWakeMs;       ///< the button is pushed so long after a client opened the port
+    QString traceFile;                   ///< log of every line; empty for none
+    QString consoleSocket;               ///< local socket of the line console; empty for none
+    std::optional<quint16> bulletinPort; ///< the bulletins are served here, 0 for any free port; empty for nowhere
+    std::optional<PassTableOptions> passTable; ///< write this and end, without a device
 };
 
 /// The options, or else a message for the user and the exit code that goes with it.

@@ -3,8 +3,11 @@
 
 #include "SimConsole.h"
 
+#include "BulletinDocument.h"
 #include "SimDevice.h"
 #include "Simulator.h"
+
+#include <QMap>
 
 #include <algorithm>
 
@@ -38,6 +41,40 @@ Run number(int minimum, int maximum, const std::function<void(int)> &action)
         action(value);
         return QString();
     };
+}
+
+QString setPass(SimDevice &device, const QString &argument)
+{
+    const QStringList words = argument.split(u' ', Qt::SkipEmptyParts);
+    int length = 120;
+    const auto take = [&length](int seconds) { length = seconds; };
+    QString reason = words.size() > 2 ? QStringLiteral("takes two numbers") : QString();
+    if (reason.isEmpty() && words.size() == 2) {
+        reason = number(1, maxMs / 1000, take)(words.at(1));
+    }
+    if (reason.isEmpty()) {
+        const auto set = [&device, &length](int seconds) { device.prediction().setPass(seconds, length); };
+        reason = number(0, maxMs / 1000, set)(words.value(0));
+    }
+    return reason;
+}
+
+const QMap<QString, BulletinMode> bulletinModes{{"ok", BulletinMode::Ok},
+                                                {"500", BulletinMode::Status500},
+                                                {"empty", BulletinMode::Empty},
+                                                {"broken", BulletinMode::Broken},
+                                                {"errors", BulletinMode::Errors},
+                                                {"unknown-status", BulletinMode::UnknownStatus},
+                                                {"no-ident", BulletinMode::NoIdent},
+                                                {"silent", BulletinMode::Silent}};
+
+QString setBulletins(Simulator &simulator, const QString &word)
+{
+    const auto mode = bulletinModes.constFind(word);
+    if (mode == bulletinModes.cend()) {
+        return QStringLiteral("no such mode");
+    }
+    return simulator.setBulletinMode(*mode) ? QString() : QStringLiteral("start with --bulletins for this");
 }
 
 Run hex(const std::function<void(QString)> &action)
@@ -80,8 +117,18 @@ SimConsole::SimConsole(Simulator &simulator)
          hex([&device](const QString &data) { device.transmitter().queueReply(data); })},
         {"bc", " HEX: a broadcast message comes in",
          hex([&simulator](const QString &data) { simulator.speak(QStringLiteral("+BC=") + data); })},
-        {"pass", " SECONDS: a pass of two minutes starts so many seconds from now",
-         number(0, maxMs / 1000, [&device](int seconds) { device.prediction().setPass(seconds, 120); })},
+        {"pass", " SECONDS [LENGTH]: a pass of so many seconds, 120 by default, starts so many from now, orbits or not",
+         [&device](const QString &argument) { return setPass(device, argument); }},
+        {"skip-pass", ": the device sends nothing in the next pass that begins",
+         plain([&device] { device.transmitter().skipPass(); })},
+        {"blacklist", " ID: the device marks a satellite as blacklisted and uses it no more, or again",
+         [&device](const QString &ident) {
+             return device.prediction().toggleBlacklisted(ident) ? QString() : QStringLiteral("no such satellite");
+         }},
+        {"forget-bulletins", ": the device has no bulletin left",
+         plain([&device] { device.prediction().forgetBulletins(); })},
+        {"bulletins", " MODE: how the web service answers from now on: " + QStringList(bulletinModes.keys()).join(", "),
+         [&simulator](const QString &word) { return setBulletins(simulator, word); }},
         {"tx-error", " N: the next Tx result has status N",
          number(-255, 255, [&device](int status) { device.transmitter().setNextStatus(status); })},
         {"error", " N: the next request is answered by ERROR N",

@@ -24,6 +24,7 @@ SimDevice::SimDevice(const SimOptions &options, QObject *parent)
     , m_identity(options.seed)
     , m_settings(options.seed)
     , m_radio(options.board)
+    , m_prediction(m_settings, options.seed)
     , m_transmitter(m_radio, m_settings, m_prediction, options.airtimeMs)
     , m_awake(!canSleep())
 {

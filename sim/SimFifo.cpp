@@ -19,6 +19,13 @@ bool SimFifo::add(const Message &message)
     return true;
 }
 
+void SimFifo::plan(bool isPlanned)
+{
+    for (Message &message : m_messages) {
+        message.isPlanned = isPlanned;
+    }
+}
+
 std::optional<SimFifo::Message> SimFifo::next() const
 {
     const auto waiting = std::find_if(m_messages.cbegin(), m_messages.cend(),

@@ -19,6 +19,7 @@ public:
         QString data; ///< hexadecimal
         uint attribute = 0;
         bool transmitted = false;
+        bool isPlanned = false; ///< for the pass that is running
     };
 
     static constexpr size_t capacity = 8;
@@ -26,6 +27,8 @@ public:
     /// False if eight messages wait already.
     [[nodiscard]] bool add(const Message &message);
     void clear() { m_messages.clear(); }
+    /// Plans all that waits for a pass that begins, or nothing.
+    void plan(bool isPlanned);
     /// The oldest message that waits.
     [[nodiscard]] std::optional<Message> next() const;
     void markNextTransmitted();

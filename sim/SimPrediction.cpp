@@ -3,36 +3,78 @@
 
 #include "SimPrediction.h"
 
+#include "Fleet.h"
+#include "SimSettings.h"
+
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
-constexpr qint64 passCycleSeconds = 300;
-constexpr int outOfService = 3; // uplink status
+constexpr int statusNotKnown = 4; // of either link
+// What is missing for a pass: orbit parameters, or a place in the span that was configured.
+constexpr ErrorCode noBulletin = ErrorCode::MissingParameters;
+constexpr ErrorCode noPass = ErrorCode::Value;
 
 constexpr Field identField{Field::Kind::Hex};
 constexpr Field dateField{Field::Kind::Date};
-constexpr Field statusField{Field::Kind::Integer, 0, 4};
-constexpr Field filterField{Field::Kind::Integer, 0, 255};
+constexpr Field statusField{Field::Kind::Integer, 0, statusNotKnown};
+constexpr Field filterField{Field::Kind::Integer, 0, 3};
 constexpr Field anyNumber{Field::Kind::Decimal, -1e9, 1e9};
+
+// Fields of PREPASS_CFG.
+enum { StartDate = 2, EndDate, MinElevation, MaxElevation, MinMinutes, Step = 9 };
+const QString configuration = QStringLiteral("PREPASS_CFG");
 
 QString listLine(const QString &ident, const QStringList &fields, bool blacklisted)
 {
     return ident + u',' + fields.join(u',') + (blacklisted ? QStringLiteral(",blacklisted") : QString());
 }
 
+QString number(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
 } // namespace
 
-SimPrediction::SimPrediction()
+SimPrediction::Satellite::Satellite(const FleetSatellite &satellite)
+    : ident(satellite.ident.toLower())
+    , bulletin{deviceDate(satellite.orbit.nodeDate), number(satellite.orbit.semiMajorAxis),
+               number(satellite.orbit.inclination),  number(satellite.orbit.nodeLongitude),
+               number(satellite.orbit.nodeDrift),    number(satellite.orbit.periodMinutes),
+               number(satellite.semiMajorAxisDrift)}
+    , downlink(satellite.downlinkStatus)
+    , uplink(satellite.uplinkStatus)
 {
-    const auto bulletin = [](const char *text) { return QString::fromLatin1(text).split(u','); };
-    m_satellites = {
-        {QStringLiteral("3"), bulletin("2026-1-5T7:3:9Z,6891.72,97.4612,204.118,-23.7431,94.9021,-1.37"), 3, 0},
-        {QStringLiteral("4"), bulletin("2026-1-5T6:41:52Z,6894.05,97.4588,187.403,-23.7552,94.9506,-1.42"), 1, 2},
-        {QStringLiteral("d"), bulletin("2026-1-4T22:15:30Z,7180.33,98.5017,33.9127,-25.3004,100.921,-0.42"), 0, 1},
-        {QStringLiteral("e"), bulletin("2025-11-20T0:0:0Z,7182.9,98.7002,301.55,-25.3107,100.973,-0.4"), 0,
-         outOfService},
-    };
+}
+
+bool SimPrediction::Satellite::isUsable(bool needsDownlink) const
+{
+    const bool hears = uplink != FleetSatellite::outOfService && uplink != statusNotKnown;
+    const bool speaks = downlink == 1 || downlink == 3; // one of its two transmitters is on
+    return !bulletin.isEmpty() && !isBlacklisted && hears && (speaks || !needsDownlink);
+}
+
+Orbit SimPrediction::Satellite::orbit() const
+{
+    Orbit orbit;
+    orbit.nodeDate = readDeviceDate(bulletin.at(0));
+    orbit.semiMajorAxis = bulletin.at(1).toDouble();
+    orbit.inclination = bulletin.at(2).toDouble();
+    orbit.nodeLongitude = bulletin.at(3).toDouble();
+    orbit.nodeDrift = bulletin.at(4).toDouble();
+    orbit.periodMinutes = bulletin.at(5).toDouble();
+    return orbit;
+}
+
+SimPrediction::SimPrediction(const SimSettings &settings, quint32 seed) : m_settings(settings)
+{
+    for (const FleetSatellite &satellite : fleet(seed)) {
+        if (satellite.isInFirmware) {
+            m_satellites.emplace_back(satellite);
+        }
+    }
 }
 
 std::vector<Command> SimPrediction::commands()
@@ -52,8 +94,10 @@ std::vector<Command> SimPrediction::commands()
          [this](const QStringList &params) { return setBulletin(params); }},
         {QStringLiteral("SAT"), radioBoards, 3, 3, {identField, statusField, statusField}, [this] { return listStatuses(); },
          [this](const QStringList &params) { return setStatus(params); }},
-        {QStringLiteral("NEXTPASS"), all, 2, 2, {filterField, filterField}, [this] { return nextPass(); },
-         [this](const QStringList &) { return nextPass(); }},
+        // The filters ask for a downlink and an uplink in service if they are not 0. A satellite that does not hear
+        // the device is of no use at all, so the second changes nothing.
+        {QStringLiteral("NEXTPASS"), all, 2, 2, {filterField, filterField}, [this] { return nextPass(false); },
+         [this](const QStringList &params) { return nextPass(params.first().toInt() != 0); }},
     };
     // clang-format on
 }
@@ -63,21 +107,51 @@ QDateTime SimPrediction::utcNow() const
     return QDateTime::currentDateTimeUtc().addMSecs(m_clockOffsetMs);
 }
 
-qint64 SimPrediction::passLeftMs() const
+std::optional<SimPrediction::SatellitePass> SimPrediction::runningPass() const
 {
     const QDateTime now = utcNow();
-    qint64 left = 0;
-    for (const auto &pass : {timetablePass(now.toSecsSinceEpoch() / passCycleSeconds), m_extraPass}) {
-        if (pass && pass->start <= now) {
-            left = std::max(left, now.msecsTo(pass->end()));
+    const QDateTime from = readDeviceDate(m_settings.text(configuration, StartDate));
+    const QDateTime until = readDeviceDate(m_settings.text(configuration, EndDate));
+    std::optional<SatellitePass> running;
+    if (m_extraPass && m_extraPass->pass.start <= now && now < m_extraPass->pass.end) {
+        running = m_extraPass;
+    }
+    for (const Satellite &satellite : m_satellites) {
+        if (!satellite.isUsable(false)) {
+            continue;
+        }
+        const auto pass = PassPredictor(satellite.orbit(), criteria()).passAt(now);
+        if (pass && pass->start >= from && pass->start <= until && pass->start <= now && now < pass->end &&
+            (!running || pass->start > running->pass.start)) {
+            running = SatellitePass{satellite.ident, *pass};
         }
     }
-    return left;
+    return running;
 }
 
 void SimPrediction::setPass(int inSeconds, int durationSeconds)
 {
-    m_extraPass = Pass{utcNow().addSecs(inSeconds), durationSeconds, 45, m_satellites.front().ident};
+    Pass pass;
+    pass.start = utcNow().addSecs(inSeconds);
+    pass.end = pass.start.addSecs(durationSeconds);
+    pass.middleElevation = 45;
+    m_extraPass = SatellitePass{m_satellites.front().ident, pass};
+}
+
+bool SimPrediction::toggleBlacklisted(const QString &ident)
+{
+    Satellite *satellite = find(ident);
+    if (satellite) {
+        satellite->isBlacklisted = !satellite->isBlacklisted;
+    }
+    return satellite != nullptr;
+}
+
+void SimPrediction::forgetBulletins()
+{
+    for (Satellite &satellite : m_satellites) {
+        satellite.bulletin.clear();
+    }
 }
 
 Answer SimPrediction::setDate(const QString &text)
@@ -90,8 +164,10 @@ Answer SimPrediction::listBulletins() const
 {
     Answer answer;
     for (const Satellite &satellite : m_satellites) {
-        const QString line = listLine(satellite.ident, satellite.bulletin, satellite.uplink == outOfService);
-        answer.lines += Answer::value(QStringLiteral("AOP"), line).lines;
+        if (!satellite.bulletin.isEmpty()) {
+            const QString line = listLine(satellite.ident, satellite.bulletin, satellite.isBlacklisted);
+            answer.lines += Answer::value(QStringLiteral("AOP"), line).lines;
+        }
     }
     answer.lines += Answer::value(QStringLiteral("AOP"), QStringLiteral("end")).lines;
     return answer;
@@ -112,7 +188,7 @@ Answer SimPrediction::listStatuses() const
     Answer answer;
     for (const Satellite &satellite : m_satellites) {
         const QStringList fields{QString::number(satellite.downlink), QString::number(satellite.uplink)};
-        const QString line = listLine(satellite.ident, fields, satellite.uplink == outOfService);
+        const QString line = listLine(satellite.ident, fields, satellite.isBlacklisted);
         answer.lines += Answer::value(QStringLiteral("SAT"), line).lines;
     }
     answer.lines += Answer::value(QStringLiteral("SAT"), QStringLiteral("end")).lines;
@@ -130,35 +206,48 @@ Answer SimPrediction::setStatus(const QStringList &params)
     return Answer::ok();
 }
 
-Answer SimPrediction::nextPass() const
+Answer SimPrediction::nextPass(bool needsDownlink) const
 {
     // A pass that is running is not the next one: a caller that asks at the end of its pass must get a later one.
     const QDateTime now = utcNow();
-    auto next = timetablePass(now.toSecsSinceEpoch() / passCycleSeconds + 1);
-    if (m_extraPass && m_extraPass->start > now && (!next || m_extraPass->start < next->start)) {
+    const QDateTime from = std::max(now, readDeviceDate(m_settings.text(configuration, StartDate)));
+    QDateTime until = readDeviceDate(m_settings.text(configuration, EndDate));
+    std::optional<SatellitePass> next;
+    bool hasBulletin = false;
+    for (const Satellite &satellite : m_satellites) {
+        hasBulletin = hasBulletin || !satellite.bulletin.isEmpty();
+        if (!satellite.isUsable(needsDownlink)) {
+            continue;
+        }
+        if (const auto pass = PassPredictor(satellite.orbit(), criteria()).nextPass(from, until)) {
+            next = SatellitePass{satellite.ident, *pass};
+            until = pass->start.addSecs(-1); // only an earlier one is of interest from here
+        }
+    }
+    if (m_extraPass && m_extraPass->pass.start > now && (!next || m_extraPass->pass.start < next->pass.start)) {
         next = m_extraPass;
     }
     if (!next) {
-        return Answer::error(ErrorCode::Value);
+        return Answer::error(hasBulletin ? noPass : noBulletin);
     }
-    const QStringList fields{next->ident, deviceDate(next->start), deviceDate(next->end()),
-                             QString::number(next->durationSeconds), QString::number(next->elevation)};
+    const Pass &pass = next->pass;
+    const QStringList fields{next->ident, deviceDate(pass.start), deviceDate(pass.end),
+                             QString::number(pass.durationSeconds()),
+                             QString::number(std::lround(pass.middleElevation))};
     return Answer::value(QStringLiteral("NEXTPASS"), fields.join(u','));
 }
 
-std::optional<SimPrediction::Pass> SimPrediction::timetablePass(qint64 number) const
+PassCriteria SimPrediction::criteria() const
 {
-    std::vector<QString> inService;
-    for (const Satellite &satellite : m_satellites) {
-        if (satellite.uplink != outOfService) {
-            inService.push_back(satellite.ident);
-        }
-    }
-    if (inService.empty()) {
-        return std::nullopt;
-    }
-    return Pass{QDateTime::fromSecsSinceEpoch(number * passCycleSeconds, Qt::UTC), int(90 + number % 7 * 10),
-                int(15 + number % 8 * 9), inService.at(size_t(number) % inService.size())};
+    const auto setting = [this](const QString &name, int index) { return m_settings.text(name, index).toDouble(); };
+    PassCriteria criteria;
+    criteria.latitude = setting(QStringLiteral("POS"), 0);
+    criteria.longitude = setting(QStringLiteral("POS"), 1);
+    criteria.minElevation = setting(configuration, MinElevation);
+    criteria.maxElevation = setting(configuration, MaxElevation);
+    criteria.minDurationSeconds = int(setting(configuration, MinMinutes) * 60);
+    criteria.stepSeconds = int(setting(configuration, Step));
+    return criteria;
 }
 
 SimPrediction::Satellite *SimPrediction::find(const QString &ident)

@@ -4,40 +4,54 @@
 #pragma once
 
 #include "Command.h"
+#include "PassPredictor.h"
 
 #include <optional>
 
-/// The clock, the orbit bulletins, and the passes that the device claims to compute from them. The passes are made
-/// up: one starts every five minutes of the device's clock, by satellites in turn. POS and PREPASS_CFG do not move
-/// them.
+struct FleetSatellite;
+class SimSettings;
+
+/// The clock, the orbit bulletins, and the passes that the device computes from them for its position and within the
+/// span of its prediction settings. The maximum of passes and the time margin among those are only kept.
 class SimPrediction
 {
 public:
-    SimPrediction();
+    /// A pass of one of the device's satellites.
+    struct SatellitePass
+    {
+        QString ident;
+        Pass pass;
+    };
+
+    SimPrediction(const SimSettings &settings, quint32 seed);
 
     [[nodiscard]] std::vector<Command> commands();
     [[nodiscard]] QDateTime utcNow() const;
-    /// Time left of the pass that is running, in ms; 0 outside a pass.
-    [[nodiscard]] qint64 passLeftMs() const;
-    /// Puts a pass of \a durationSeconds into the timetable, \a inSeconds from now. It replaces the last one put there.
+    /// The position and the limits that are set.
+    [[nodiscard]] PassCriteria criteria() const;
+    /// Of the passes that are running, the one that began last.
+    [[nodiscard]] std::optional<SatellitePass> runningPass() const;
+
+    /// Puts a pass 45 degrees high into the sky, \a inSeconds from now, whatever the bulletins say. It replaces the
+    /// last one put there.
     void setPass(int inSeconds, int durationSeconds);
+    /// Marks a satellite as not to be used, or no longer so; false if the device does not know it.
+    [[nodiscard]] bool toggleBlacklisted(const QString &ident);
+    /// Leaves the device without any bulletin.
+    void forgetBulletins();
 
 private:
     struct Satellite
     {
         QString ident;
-        QStringList bulletin; ///< date and six orbit numbers
+        QStringList bulletin; ///< date and six orbit numbers, as they were set; empty for none
         int downlink = 0;
         int uplink = 0;
-    };
-    struct Pass
-    {
-        QDateTime start;
-        int durationSeconds = 0;
-        int elevation = 0;
-        QString ident;
+        bool isBlacklisted = false;
 
-        [[nodiscard]] QDateTime end() const { return start.addSecs(durationSeconds); }
+        explicit Satellite(const FleetSatellite &satellite);
+        [[nodiscard]] bool isUsable(bool needsDownlink) const;
+        [[nodiscard]] Orbit orbit() const;
     };
 
     Answer setDate(const QString &text);
@@ -45,12 +59,11 @@ private:
     Answer setBulletin(const QStringList &params);
     Answer listStatuses() const;
     Answer setStatus(const QStringList &params);
-    Answer nextPass() const;
-    /// None while every satellite is out of service.
-    [[nodiscard]] std::optional<Pass> timetablePass(qint64 number) const;
+    Answer nextPass(bool needsDownlink) const;
     [[nodiscard]] Satellite *find(const QString &ident);
 
+    const SimSettings &m_settings;
     qint64 m_clockOffsetMs = 0; ///< of the device's clock against the computer's
     std::vector<Satellite> m_satellites;
-    std::optional<Pass> m_extraPass;
+    std::optional<SatellitePass> m_extraPass;
 };

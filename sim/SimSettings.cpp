@@ -46,7 +46,8 @@ const std::vector<SettingRow> &rows()
         // prediction
         {"PREPASS_EN", predictionBoards, 1, true, "0", {{Kind::Integer, 0, 2}}},
         {"POS", predictionBoards, 2, true, "43.5495,1.4849", {latitude, longitude}},
-        {"PREPASS_CFG", predictionBoards, 10, true, "43.5495,1.4849,2026-1-1T0:0:0Z,2026-1-8T0:0:0Z,5,90,2,1000,5,30",
+        // position, span, elevation from, to, least minutes, most passes, time margin, step in s; the span is set below
+        {"PREPASS_CFG", predictionBoards, 10, true, "43.5495,1.4849,,,5,90,2,1000,5,30",
          {latitude, longitude, date, date, elevation, elevation, {Kind::Decimal, 0, 60}, {Kind::Integer, 1, 65535},
           {Kind::Decimal, 0, 60}, {Kind::Integer, 1, 255}}},
         // sensors: period in s, one flag for each of seven sensors, alerts with their bounds
@@ -75,6 +76,11 @@ SimSettings::SimSettings(quint32 seed)
     for (const SettingRow &row : rows()) {
         m_values.insert(QLatin1String(row.name), QString::fromLatin1(row.initial).split(u','));
     }
+    // A device fresh from the factory predicts for the week that begins with the day it is started.
+    QStringList &prediction = m_values[QStringLiteral("PREPASS_CFG")];
+    const QDateTime today(QDateTime::currentDateTimeUtc().date(), QTime(0, 0), Qt::UTC);
+    prediction[2] = deviceDate(today);
+    prediction[3] = deviceDate(today.addDays(7));
     const SimIdentity identity(seed);
     m_values.insert(QStringLiteral("LORA_AEUI"), identity.loraAppEui);
     m_values.insert(QStringLiteral("LORA_AKEY"), identity.loraAppKey);
@@ -94,9 +100,14 @@ std::vector<Command> SimSettings::commands()
     return commands;
 }
 
+QString SimSettings::text(const QString &name, int index) const
+{
+    return m_values.value(name).value(index);
+}
+
 int SimSettings::number(const QString &name, int index) const
 {
-    return m_values.value(name).value(index).toInt();
+    return text(name, index).toInt();
 }
 
 Answer SimSettings::store(const QString &name, bool keepsOmitted, const QStringList &params)

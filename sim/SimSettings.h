@@ -16,7 +16,9 @@ public:
 
     /// The commands by which the settings are read and written. They refer to this object.
     [[nodiscard]] std::vector<Command> commands();
-    /// Field \a index of setting \a name as a number; 0 if the setting has no such field.
+    /// Field \a index of setting \a name as it stands; empty if the setting has no such field.
+    [[nodiscard]] QString text(const QString &name, int index = 0) const;
+    /// The same as a number, 0 for none.
     [[nodiscard]] int number(const QString &name, int index = 0) const;
 
 private:

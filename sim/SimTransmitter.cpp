@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int passWatchMs = 100;
+constexpr int passLeadMs = 1000;    // a PC follows the pass by a clock that it has to the second only
 constexpr uint attributeBits = 0x5; // mail and acknowledgement
 
 constexpr Field hex{Field::Kind::Hex};
@@ -56,6 +57,7 @@ void SimTransmitter::reset()
     m_passTimer.stop();
     m_inAir.reset();
     m_fifo.clear();
+    m_passBegun = {};
 }
 
 Answer SimTransmitter::transmit(const QStringList &params, Source source)
@@ -82,7 +84,7 @@ Answer SimTransmitter::enqueue(const QStringList &params)
     if (!m_fifo.add(message)) {
         return Answer::error(ErrorCode::QueueFull);
     }
-    return Answer::ok([this] { m_passTimer.start(passWatchMs); });
+    return Answer::ok([this] { startWatching(); });
 }
 
 Answer SimTransmitter::listQueue() const
@@ -136,15 +138,16 @@ void SimTransmitter::beginAirtime()
     if (!m_inAir) {
         return;
     }
-    const int repetitions = m_inAirSource == Source::Silent ? 0 : m_settings.number(QStringLiteral("ATXRP"), 0);
-    const int periodMs = m_settings.number(QStringLiteral("ATXRP"), 1);
-    qint64 length = m_airtimeMs + qint64(std::max(repetitions - 1, 0)) * std::max(periodMs, m_airtimeMs);
-    const qint64 passLeft = m_prediction.passLeftMs();
-    if (m_inAirSource == Source::Queue && passLeft > 0) {
+    const int repetitions = m_inAirSource == Source::Silent ? 1 : m_settings.number(QStringLiteral("ATXRP"), 0);
+    const qint64 periodMs = std::max(m_settings.number(QStringLiteral("ATXRP"), 1), m_airtimeMs);
+    qint64 further = std::max(repetitions - 1, 0);
+    const auto running = m_inAirSource == Source::Queue ? m_prediction.runningPass() : std::nullopt;
+    if (running) {
         // Repetitions beyond the end of the pass would reach nobody.
-        length = std::min(length, std::max<qint64>(passLeft, m_airtimeMs));
+        const qint64 spareMs = m_prediction.utcNow().msecsTo(running->pass.end) - m_airtimeMs;
+        further = std::clamp<qint64>(spareMs / periodMs, 0, further);
     }
-    m_airTimer.start(int(length));
+    m_airTimer.start(int(m_airtimeMs + further * periodMs));
 }
 
 void SimTransmitter::land()
@@ -164,14 +167,39 @@ void SimTransmitter::land()
     }
 }
 
+void SimTransmitter::startWatching()
+{
+    if (!m_passTimer.isActive()) {
+        const auto running = m_prediction.runningPass();
+        m_passBegun = running ? running->pass.start : QDateTime();
+        m_passTimer.start(passWatchMs);
+    }
+}
+
 void SimTransmitter::watchPasses()
 {
-    const auto waiting = m_fifo.next();
+    auto waiting = m_fifo.next();
     if (!waiting) {
         m_passTimer.stop();
         return;
     }
-    if (!m_inAir && m_settings.number(QStringLiteral("PREPASS_EN")) != 0 && m_prediction.passLeftMs() > 0) {
+    if (m_settings.number(QStringLiteral("PREPASS_EN")) == 0) {
+        return;
+    }
+    const auto running = m_prediction.runningPass();
+    if (!running) {
+        m_passBegun = {};
+        return;
+    }
+    const Pass &pass = running->pass;
+    if (!m_passBegun.isValid() || m_passBegun < pass.start) {
+        m_passBegun = pass.start;
+        m_fifo.plan(!std::exchange(m_skipsPass, false));
+        waiting = m_fifo.next();
+    }
+    const QDateTime now = m_prediction.utcNow();
+    const bool isInTime = pass.start.msecsTo(now) >= passLeadMs && now.msecsTo(pass.end) >= m_airtimeMs;
+    if (!m_inAir && waiting->isPlanned && isInTime) {
         takeOff(*waiting, Source::Queue);
         beginAirtime();
     }

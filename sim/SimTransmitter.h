@@ -14,7 +14,8 @@ class SimRadio;
 class SimSettings;
 
 /// Sends messages: at once, or from the queue when a pass or ATXSTART comes. One is in the air at a time, and its
-/// result line follows when the last repetition is over.
+/// result line follows when the last repetition is over. What waits when a pass begins goes out in that pass; a
+/// message that is queued while one is running waits for the next.
 class SimTransmitter : public QObject
 {
     Q_OBJECT
@@ -31,6 +32,8 @@ public:
     void setNextStatus(int status) { m_nextStatus = status; }
     /// Queues a satellite's message, in hexadecimal, behind the result of the next good message with an attribute.
     void queueReply(const QString &hex) { m_replies += hex; }
+    /// Nothing that waits goes out in the next pass that begins.
+    void skipPass() { m_skipsPass = true; }
 
 Q_SIGNALS:
     /// A line that no request asked for.
@@ -47,6 +50,7 @@ private:
     void takeOff(const SimFifo::Message &message, Source source);
     void beginAirtime();
     void land();
+    void startWatching();
     void watchPasses();
 
     const SimRadio &m_radio;
@@ -58,6 +62,8 @@ private:
     Source m_inAirSource = Source::Direct;
     QTimer m_airTimer;
     QTimer m_passTimer;
+    QDateTime m_passBegun; ///< start of the pass that is running; invalid outside of passes
+    bool m_skipsPass = false;
     int m_nextStatus = 0;
     QStringList m_replies;
 };

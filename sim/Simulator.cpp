@@ -3,6 +3,7 @@
 
 #include "Simulator.h"
 
+#include "BulletinServer.h"
 #include "ConsoleServer.h"
 #include "OpenWatcher.h"
 #include "PseudoTerminal.h"
@@ -70,12 +71,24 @@ bool Simulator::start()
             return false;
         }
     }
+    if (m_options.bulletinPort) {
+        m_bulletinServer = std::make_unique<BulletinServer>(fleet(m_options.seed));
+        if (!m_bulletinServer->listen(*m_options.bulletinPort)) {
+            m_errorString = QStringLiteral("Bulletins: ") + m_bulletinServer->errorString();
+            return false;
+        }
+    }
     return plug(); // last: who sees the port finds the console too
 }
 
 QString Simulator::portPath() const
 {
     return m_port->path();
+}
+
+QString Simulator::bulletinUrl() const
+{
+    return m_bulletinServer ? m_bulletinServer->url() : QString();
 }
 
 QString Simulator::execute(const QString &consoleLine)
@@ -135,6 +148,14 @@ bool Simulator::plug()
 bool Simulator::isPlugged() const
 {
     return m_port->isOpen();
+}
+
+bool Simulator::setBulletinMode(BulletinMode mode)
+{
+    if (m_bulletinServer) {
+        m_bulletinServer->setMode(mode);
+    }
+    return m_bulletinServer != nullptr;
 }
 
 void Simulator::onReceived(const QByteArray &data)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "BulletinDocument.h"
 #include "Options.h"
 #include "WirePacer.h"
 
@@ -13,6 +14,7 @@
 #include <functional>
 #include <memory>
 
+class BulletinServer;
 class ConsoleServer;
 class OpenWatcher;
 class PseudoTerminal;
@@ -31,11 +33,13 @@ public:
     /// Hangs up and removes the link and the console's socket.
     ~Simulator() override;
 
-    /// Makes port, link, trace and console; false, with errorString() set, if one cannot be made.
+    /// Makes port, link, trace, console and web service; false, with errorString() set, if one cannot be made.
     [[nodiscard]] bool start();
     [[nodiscard]] QString errorString() const { return m_errorString; }
     /// Absolute path of the port; empty while unplugged. It changes with each plug; the link does not.
     [[nodiscard]] QString portPath() const;
+    /// Address of the bulletin document; empty if it is not served.
+    [[nodiscard]] QString bulletinUrl() const;
     /// Carries out one console line. The answer is "ok" or "error: " and the reason, for "help" with text before it.
     QString execute(const QString &consoleLine);
     [[nodiscard]] SimDevice &device() { return *m_device; }
@@ -54,6 +58,8 @@ public:
     /// Makes a new port and moves the link to it.
     [[nodiscard]] bool plug();
     [[nodiscard]] bool isPlugged() const;
+    /// False if bulletins are not served.
+    [[nodiscard]] bool setBulletinMode(BulletinMode mode);
 
 Q_SIGNALS:
     /// A port was made, at the start and at each plug.
@@ -94,6 +100,7 @@ private:
     std::unique_ptr<PseudoTerminal> m_port;
     std::unique_ptr<SimConsole> m_console;
     std::unique_ptr<ConsoleServer> m_consoleServer;
+    std::unique_ptr<BulletinServer> m_bulletinServer;
     std::unique_ptr<OpenWatcher> m_openWatcher;
     WirePacer m_pacer;
     QByteArray m_incoming;

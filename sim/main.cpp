@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "Options.h"
+#include "PassTable.h"
 #include "ProcessEvents.h"
+#include "SimDevice.h"
 #include "Simulator.h"
 
 #include <QCoreApplication>
@@ -28,6 +30,12 @@ int main(int argc, char *argv[])
         return result.exitCode;
     }
 
+    if (result.options->passTable) {
+        const PassCriteria criteria = SimDevice(*result.options).prediction().criteria();
+        const QByteArray table = passTable(fleet(result.options->seed), criteria, *result.options->passTable);
+        return std::fwrite(table.constData(), 1, size_t(table.size()), stdout) == size_t(table.size()) ? 0 : 1;
+    }
+
     // Before the link exists: from then on a signal must find someone who removes it.
     const TerminationSignals terminationSignals;
     Simulator simulator(*result.options);
@@ -38,6 +46,9 @@ int main(int argc, char *argv[])
     if (!simulator.start()) {
         print(stderr, simulator.errorString());
         return 1;
+    }
+    if (!simulator.bulletinUrl().isEmpty()) {
+        print(stdout, QStringLiteral("bulletins: ") + simulator.bulletinUrl());
     }
     StandardInput input;
     QObject::connect(&input, &StandardInput::lineRead, &simulator,

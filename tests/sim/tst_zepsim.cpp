@@ -8,7 +8,12 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLocalSocket>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSocketNotifier>
@@ -92,6 +97,7 @@ private Q_SLOTS:
     void repetitionsLengthenTheAirtime();
     void queueHoldsEightAndKeepsTheirOrder();
     void queueGoesOutInAPassOnly();
+    void whatWaitsWhenAPassBeginsGoesOutInItUnlessSkipped();
     void flushCancelsWhatIsInTheAir();
 
     void lateAnswerHoldsUpTheNext();
@@ -109,6 +115,9 @@ private Q_SLOTS:
     void restartIsDeafAndReported();
     void assertionEndsTheTransmission();
 
+    void bulletinsAreServedWithTheFaultAskedFor_data();
+    void bulletinsAreServedWithTheFaultAskedFor();
+    void passTableIsThatOfTheDevice();
     void badConsoleLineIsRefused_data();
     void badConsoleLineIsRefused();
     void consoleIsReachableBySocketOnce();
@@ -250,9 +259,9 @@ void TestZepsim::queueHoldsEightAndKeepsTheirOrder()
 void TestZepsim::queueGoesOutInAPassOnly()
 {
     startOn(Board::Tbx);
-    // Far from the passes of the timetable.
-    m_client->send("AT+UDATE=2026-01-05T00:04:00Z\r\nAT+TXDATA=00000001\r\nAT+NEXTPASS=?\r\n");
-    QTRY_VERIFY(m_client->bytes.contains("+NEXTPASS=") && m_client->bytes.contains(",2026-1-5T0:5:0Z,"));
+    QCOMPARE(execute("forget-bulletins"), QStringLiteral("ok"));
+    m_client->ask("AT+TXDATA=00000001");
+    QTRY_COMPARE(m_client->bytes, "+OK\r\n");
     m_client->bytes.clear();
     // In a pass, with the prediction off.
     QCOMPARE(execute("pass 0"), QStringLiteral("ok"));
@@ -264,7 +273,30 @@ void TestZepsim::queueGoesOutInAPassOnly()
     m_client->send("AT+PREPASS_EN=1\r\nAT+NEXTPASS=?\r\n");
     QTRY_VERIFY(m_client->bytes.contains("+NEXTPASS=") && m_client->bytes.contains(",120,"));
     QTRY_VERIFY(m_client->bytes.endsWith("+TX=0,00000001\r\n"));
-    QVERIFY2(m_client->lastReadMs >= 1500 + airtimeMs, qPrintable(QString::number(m_client->lastReadMs)));
+    QVERIFY2(m_client->lastReadMs >= 2500 + airtimeMs, qPrintable(QString::number(m_client->lastReadMs)));
+}
+
+void TestZepsim::whatWaitsWhenAPassBeginsGoesOutInItUnlessSkipped()
+{
+    startOn(Board::Zep2);
+    const auto isOver = [this] { return !m_simulator->device().prediction().runningPass(); };
+    QCOMPARE(execute("forget-bulletins"), QStringLiteral("ok"));
+    m_client->send("AT+PREPASS_EN=1\r\nAT+ATXRP=4,60000\r\nAT+TXDATA=00000001\r\n");
+    QTRY_COMPARE(m_client->bytes, "+OK\r\n+OK\r\n+OK\r\n");
+    QCOMPARE(execute("skip-pass"), QStringLiteral("ok"));
+    QCOMPARE(execute("pass 0 2"), QStringLiteral("ok"));
+    QTRY_VERIFY(isOver());
+    QVERIFY2(!m_client->bytes.contains("+TX"), "sent in the pass to be skipped");
+    // The repetitions that do not fit into the pass are left out.
+    QCOMPARE(execute("pass 0 3"), QStringLiteral("ok"));
+    QTRY_COMPARE(m_client->bytes, "+OK\r\n+OK\r\n+OK\r\n+TX=0,00000001\r\n");
+    QVERIFY2(!isOver(), "the result came after the pass");
+    m_client->bytes.clear();
+    m_client->ask("AT+TXDATA=00000002");
+    QTRY_VERIFY(isOver());
+    QCOMPARE(m_client->bytes, "+OK\r\n");
+    QCOMPARE(execute("pass 0 2"), QStringLiteral("ok"));
+    QTRY_COMPARE(m_client->bytes, "+OK\r\n+TX=0,00000002\r\n");
 }
 
 void TestZepsim::flushCancelsWhatIsInTheAir()
@@ -445,11 +477,113 @@ void TestZepsim::assertionEndsTheTransmission()
     QCOMPARE(m_client->bytes, "+ASSERT=radio.c:12 stuck\r\n+TXFIFO=end\r\n");
 }
 
+void TestZepsim::bulletinsAreServedWithTheFaultAskedFor_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("status"); // 0: no answer
+    QTest::addColumn<int>("idents");
+    const QString path = "/mdr/resources/fleetfeed";
+    QTest::newRow("a query") << "ok" << path + "?login=a&password=b" << 200 << 6;
+    QTest::newRow("another path") << "ok" << path + "s" << 404 << 0;
+    QTest::newRow("500") << "500" << path << 500 << 0;
+    QTest::newRow("empty") << "empty" << path << 200 << 0;
+    QTest::newRow("broken") << "broken" << path << 200 << 0;
+    QTest::newRow("errors") << "errors" << path << 200 << 6;
+    QTest::newRow("unknown-status") << "unknown-status" << path << 200 << 6;
+    QTest::newRow("no-ident") << "no-ident" << path << 200 << 5;
+    QTest::newRow("silent") << "silent" << path << 0 << 0;
+}
+
+void TestZepsim::bulletinsAreServedWithTheFaultAskedFor()
+{
+    QFETCH(QString, mode);
+    QFETCH(QString, path);
+    QFETCH(int, status);
+    QFETCH(int, idents);
+    SimOptions options;
+    options.bulletinPort = 0;
+    startWith(options);
+    QCOMPARE(execute("bulletins " + mode), QStringLiteral("ok"));
+    QNetworkAccessManager manager;
+    QNetworkRequest request(QUrl(m_simulator->bulletinUrl()).resolved(QUrl(path)));
+    request.setTransferTimeout(mode == "silent" ? 500 : 5000);
+    const std::unique_ptr<QNetworkReply> reply(manager.get(request));
+    QTRY_VERIFY(reply->isFinished());
+    QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+    const QByteArray body = reply->isOpen() ? reply->readAll() : QByteArray();
+    QCOMPARE(body.isEmpty(), mode == "empty" || status == 0 || status == 404);
+    const QJsonObject root = QJsonDocument::fromJson(body).object();
+    QCOMPARE(root.contains("errors"), mode == "errors");
+    const QJsonArray list = root["satellitesInformation"].toArray();
+    QCOMPARE(list.size(), idents + (mode == "no-ident" ? 1 : 0));
+    QSet<QString> foundIdents;
+    QStringList outOfService;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    for (const QJsonValue &satellite : list) {
+        const QJsonObject links = satellite["broadcastedStatus"].toObject();
+        if (links.contains("fleetfeedIdent")) {
+            foundIdents += links["fleetfeedIdent"].toString();
+        }
+        outOfService += QStringList(links["operatingStatus"].toString()).filter("OUT OF SERVICE");
+        const QString text = satellite["aop"]["date"].toString().replace('_', 'T') + 'Z';
+        const qint64 ageSeconds = QDateTime::fromString(text, Qt::ISODate).secsTo(now);
+        QVERIFY2(ageSeconds >= 0 && ageSeconds < 2 * 3600, qPrintable(text));
+    }
+    QCOMPARE(foundIdents.size(), idents);
+    QCOMPARE(outOfService.size(), idents > 0 ? 1 : 0);
+    QCOMPARE(body.contains("HELIO-9"), mode == "unknown-status");
+}
+
+void TestZepsim::passTableIsThatOfTheDevice()
+{
+    const QString program = QCoreApplication::applicationDirPath() + "/../sim/zepsim";
+    QProcess process;
+    process.start(program, {"--passes-csv", "--from", "2026-03-20T12:00:00Z", "--hours", "48", "--separator", ";"});
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
+    QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split('\n');
+    QCOMPARE(lines.takeLast(), QString());
+    QCOMPARE(lines.takeFirst(), QStringLiteral("Satellite;Start date/time;Middle date/time;End date/time;Duration;"
+                                               "Middle elevation;Start azimuth;Middle azimuth;End azimuth"));
+    SimOptions options;
+    SimDevice device(options);
+    QCOMPARE(device.request("AT+PREPASS_CFG=0,0,2026-03-20T12:00:00Z,2026-03-22T12:00:00Z,5,90,2,1000,5,30").lines,
+             QStringList("+OK"));
+    QVERIFY(lines.size() > 20);
+    QDateTime previous;
+    for (const QString &line : qAsConst(lines)) {
+        const QStringList fields = line.split(';');
+        QCOMPARE(fields.size(), 9);
+        QVERIFY2(!line.startsWith("Boreas-E"), "a satellite that is out of service");
+        const auto date = [&fields](int index) {
+            QDateTime utc = QDateTime::fromString(fields.at(index), "MM-dd-yyyy hh:mm:ss");
+            utc.setTimeSpec(Qt::UTC);
+            return utc;
+        };
+        QCOMPARE(QTime::fromString(fields.at(4), "hh:mm:ss").msecsSinceStartOfDay(), date(1).msecsTo(date(3)));
+        QVERIFY(date(2) > date(1) && date(2) < date(3) && (!previous.isValid() || date(1) >= previous));
+        previous = date(1);
+        if (line.startsWith("Cirrus")) {
+            continue; // not one of the device's
+        }
+        // A minute ahead of each the device names this pass, if it names none that starts within the minute.
+        QCOMPARE(device.request("AT+UDATE=" + date(1).addSecs(-60).toString(Qt::ISODate)).lines, QStringList("+OK"));
+        const QString named = device.request("AT+NEXTPASS=?").lines.first().section(',', 1, 1);
+        const QDateTime start = readDeviceDate(named);
+        const auto isInTable = [&](const QString &other) {
+            return other.contains(start.toString("MM-dd-yyyy hh:mm:ss"));
+        };
+        QVERIFY2(start <= date(1) && std::any_of(lines.cbegin(), lines.cend(), isInTable), qPrintable(named));
+    }
+}
+
 void TestZepsim::badConsoleLineIsRefused_data()
 {
     QTest::addColumn<QString>("line");
-    for (const char *line : {"", "nonsense", "rx", "rx xyz", "tx-error", "tx-error one", "mute -1", "late 1.5",
-                             "garbage 0", "wake", "sleep", "split now", "quit now"}) {
+    for (const char *line :
+         {"",         "nonsense",   "rx",        "rx xyz",      "tx-error",  "tx-error one", "mute -1",
+          "late 1.5", "garbage 0",  "wake",      "sleep",       "split now", "quit now",     "pass",
+          "pass 1 0", "pass 1 2 3", "blacklist", "blacklist 9", "bulletins", "bulletins ok"}) {
         QTest::newRow(line) << line;
     }
 }
@@ -497,6 +631,12 @@ void TestZepsim::commandLineIsReadOrRefused_data()
     QTest::newRow("airtime negative") << QStringList{"--board", "zep1", "--airtime", "-5"} << 2 << "";
     QTest::newRow("seed no number") << QStringList{"--board", "zep1", "--seed", "x"} << 2 << "";
     QTest::newRow("stray word") << QStringList{"--board", "zep1", "zep2"} << 2 << "";
+    QTest::newRow("port too high") << QStringList{"--board", "zep1", "--bulletins", "65536"} << 2 << "";
+    QTest::newRow("table of no date") << QStringList{"--passes-csv", "--from", "2026-02-30T00:00:00Z"} << 2 << "";
+    QTest::newRow("table of no length") << QStringList{"--passes-csv", "--hours", "0"} << 2 << "";
+    QTest::newRow("table with tabs") << QStringList{"--passes-csv", "--separator", "\t"} << 2 << "";
+    QTest::newRow("half a table") << QStringList{"--board", "zep1", "--hours", "3"} << 2 << "";
+    QTest::newRow("table") << QStringList{"--passes-csv", "--from", "2026-02-28"} << 0 << "";
     QTest::newRow("console by the link") << QStringList{"--board", "tbx", "--link", "/p/t"} << 0 << "/p/t.console";
     QTest::newRow("console by name") << QStringList{"--board", "tbx", "--link", "/p/t", "--console", "/c"} << 0 << "/c";
     QTest::newRow("no console") << QStringList{"--board", "tbx"} << 0 << "";
