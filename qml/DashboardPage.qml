@@ -22,12 +22,7 @@ GridLayout {
     readonly property bool zep2ModuleSelected: g_zep2ModuleSelected
     // qmllint enable unqualified
 
-    // A pane without a view is not shown. While the first column has none, the other two stand side by side and its
-    // footer below them.
-    readonly property bool mFirstColumnFilled: profileSelectionPane.implicitContentHeight > 0 || prepassPane.implicitContentHeight > 0
-    readonly property bool mLogColumnShown: !logView.mExpanded || (zep2ModuleSelected && !rxView.mExpanded)
     readonly property bool mTxColumnShown: rangerModuleSelected ? sensorPane.implicitContentHeight > 0 : !txView.mExpanded
-    readonly property bool mTxBelowLog: mFirstColumnFilled && !largeDisplay
 
     signal windowClosed(int layoutId)
     signal windowOpened(int layoutId)
@@ -61,22 +56,26 @@ GridLayout {
 
         Layout.alignment: Qt.AlignTop
         Layout.column: 0
-        Layout.columnSpan: !root.mFirstColumnFilled && root.mLogColumnShown && root.mTxColumnShown ? 2 : 1
-        Layout.fillHeight: root.mFirstColumnFilled
+        Layout.fillHeight: true
         Layout.fillWidth: true
-        Layout.maximumWidth: root.mFirstColumnFilled ? Math.max(root.width * 0.45, profileSelectionPane.implicitWidth) : root.width
+        Layout.maximumWidth: Math.max(root.width * 0.45, profileSelectionPane.implicitWidth)
         Layout.minimumWidth: Math.max(profileSelectionPane.implicitWidth, prepassPane.implicitWidth)
         Layout.preferredWidth: root.width * (root.largeDisplay ? 0.3 : 0.45)
-        Layout.row: root.mFirstColumnFilled ? 0 : 1
-        Layout.rowSpan: root.mFirstColumnFilled ? root.rows : 1
+        Layout.row: 0
+        Layout.rowSpan: root.rows
         spacing: 0
+
+        UtcView {}
 
         Pane {
             id: profileSelectionPane
 
             Layout.fillWidth: true
             bottomPadding: 0
-            visible: implicitContentHeight > 0
+
+            ProfileSelectionView {
+                anchors.fill: parent
+            }
         }
 
         T.Pane {
@@ -86,7 +85,10 @@ GridLayout {
             Layout.fillWidth: true
             Layout.topMargin: Style.size.panelMargin
             bottomPadding: Style.size.panelPadding
-            visible: implicitContentHeight > 0
+
+            PrepassView {
+                mMessageShown: aopToolTip0.visible || aopToolTip1.visible
+            }
         }
 
         RowLayout {
@@ -138,7 +140,7 @@ GridLayout {
     ColumnLayout {
         id: logColumn
 
-        Layout.column: root.mFirstColumnFilled ? 1 : 0
+        Layout.column: 1
         Layout.fillHeight: true
         Layout.fillWidth: true
         Layout.preferredHeight: root.height
@@ -188,13 +190,15 @@ GridLayout {
     ColumnLayout {
         id: txColumn
 
-        Layout.column: root.mFirstColumnFilled && root.largeDisplay ? 2 : root.mFirstColumnFilled || root.mLogColumnShown ? 1 : 0
+        Layout.column: root.largeDisplay ? 2 : 1
         Layout.fillHeight: true
         Layout.fillWidth: true
+        // A pane without a view is not shown, and takes no room.
+        Layout.maximumHeight: root.mTxColumnShown ? root.height : 0
         Layout.maximumWidth: root.mTxColumnShown ? root.width : 0
         Layout.preferredHeight: root.height
         Layout.preferredWidth: root.width * (root.largeDisplay ? 0.35 : 0.55)
-        Layout.row: root.mTxBelowLog ? 1 : 0
+        Layout.row: root.largeDisplay ? 0 : 1
         spacing: Style.size.panelMargin
 
         T.Pane {
@@ -202,7 +206,7 @@ GridLayout {
 
             Layout.fillHeight: true
             Layout.fillWidth: true
-            Layout.topMargin: root.mTxBelowLog ? Style.size.panelPadding : 0
+            Layout.topMargin: root.largeDisplay ? 0 : Style.size.panelPadding
             visible: !root.rangerModuleSelected && !txView.mExpanded
 
             TxView {
@@ -220,7 +224,7 @@ GridLayout {
 
             Layout.fillHeight: true
             Layout.fillWidth: true
-            Layout.topMargin: root.mTxBelowLog ? Style.size.panelPadding : 0
+            Layout.topMargin: root.largeDisplay ? 0 : Style.size.panelPadding
             visible: root.rangerModuleSelected && implicitContentHeight > 0
         }
     }
@@ -242,12 +246,24 @@ GridLayout {
     Connections {
         function onProcessingDataChanged(msg: string, error: bool) {
             if (msg !== "") {
-                aopToolTip0.bgColor = error ? Style.color.lightRed : Style.color.lightGreen;
-                aopToolTip0.show(error ? qsTr("ERROR: %1").arg(msg) : msg, 1500);
+                aopToolTip0.tell(msg, error, 1500);
             }
         }
 
         target: ZepManager
+    }
+
+    Connections {
+        function onAopDataDownloadFinished(error: string) {
+            if (error !== "") {
+                aopToolTip0.tell(error, true, 3000);
+            } else {
+                aopToolTip0.tell(qsTr("AOP data downloaded successfully!"), false, 2000);
+                aopToolTip1.tell(qsTr("Check satellite pane for more info."), false, 2500);
+            }
+        }
+
+        target: ZepManager.tx.prepassProfile
     }
 
     component LegendLabel: Label {

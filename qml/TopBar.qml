@@ -144,6 +144,9 @@ ToolBar {
         RowLayout {
             id: boardGroup
 
+            // In a narrow window the labels are cut, so that the buttons stay.
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
             Material.foreground: Style.color.sarvaneDark
             spacing: 0
             visible: false
@@ -155,23 +158,34 @@ ToolBar {
                 onClicked: ZepManager.getHwInfo()
             }
 
-            BoardLabel {
-                text: qsTr("ID: %1, FW: %2, ").arg(ZepManager.board?.id ?? "").arg(ZepManager.board?.firmwareVersion ?? "")
-            }
+            Item {
+                Layout.fillWidth: true
+                clip: true
+                implicitHeight: labels.implicitHeight
+                implicitWidth: labels.implicitWidth
 
-            BoardLabel {
-                text: qsTr("S/N: %1, ").arg(ZepManager.board?.serialNumber ?? "")
-                visible: root.zep1ModuleSelected
-            }
+                Row {
+                    id: labels
 
-            BoardLabel {
-                text: qsTr("ADDR: %1, ").arg(ZepManager.board?.addr ?? "")
-                visible: root.zep2ModuleSelected || root.tbxModuleSelected
-            }
+                    BoardLabel {
+                        text: qsTr("ID: %1, FW: %2, ").arg(ZepManager.board?.id ?? "").arg(ZepManager.board?.firmwareVersion ?? "")
+                    }
 
-            BoardLabel {
-                font.bold: true
-                text: qsTr("%1 connected to %2").arg(ZepManager.board?.name ?? "").arg(ZepManager.board?.port ?? "")
+                    BoardLabel {
+                        text: qsTr("S/N: %1, ").arg(ZepManager.board?.serialNumber ?? "")
+                        visible: root.zep1ModuleSelected
+                    }
+
+                    BoardLabel {
+                        text: qsTr("ADDR: %1, ").arg(ZepManager.board?.addr ?? "")
+                        visible: root.zep2ModuleSelected || root.tbxModuleSelected
+                    }
+
+                    BoardLabel {
+                        font.bold: true
+                        text: qsTr("%1 connected to %2").arg(ZepManager.board?.name ?? "").arg(ZepManager.board?.port ?? "")
+                    }
+                }
             }
 
             T.ToolButton {

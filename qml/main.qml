@@ -33,7 +33,7 @@ T.ApplicationWindow {
 
     height: usableSize(Settings.windowHeight, 850)
     mIsMainWindow: true
-    title: Qt.application.name
+    title: qsTr(Qt.application.name)
     visible: true
     width: usableSize(Settings.windowWidth, 1350)
 
@@ -47,8 +47,6 @@ T.ApplicationWindow {
         ZepManager.saveSettings();
         Settings.windowHeight = height;
         Settings.windowWidth = width;
-        // An expanded window that is still open must not keep the program alive.
-        Qt.quit();
     }
 
     StackView {

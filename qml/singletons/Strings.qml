@@ -6,14 +6,21 @@ pragma Singleton
 import QtQuick
 import Style
 
-/// The long rich texts of the help dialogs.
+/// The long rich texts of the help dialogs, and where their links lead.
 QtObject {
     id: root
 
-    readonly property Tuto tuto: Tuto {}
+    /// The operator's portal, which the tables of passes are exported from.
+    readonly property string portalUrl: "https://helioweb.sarvane.example/"
+    readonly property string portalLink: "<a style=\"color:" + Style.color.sarvanePink + "\" href=\"" + portalUrl + "\">HelioWeb</a>"
+    readonly property Tuto tuto: Tuto {
+        portalLink: root.portalLink
+    }
 
     component Tuto: QtObject {
         id: tuto
+
+        required property string portalLink
 
         readonly property string modulation: heading(3, qsTr("Modulation")) + rule
             + heading(3, qsTr("HRA2")) + paragraph(qsTr("TX payloads length must be 4, 8, 12, 16, 20 or 24 bytes (minus 2 bytes if ACK or downlink is enabled)."))
@@ -34,7 +41,6 @@ QtObject {
             + paragraph(qsTr("<b>ZEP2</b>: The PC hosted application is just pushing relevant data to the module so that it can calculate on its own the satellite passes and schedule Tx based on your inputs. UTC time can be changed to emulate a fake UTC time and check the behaviour of the application. By default, UTC time is based on the PC clock (UTC time)."))
             + paragraph(qsTr("<b>RANGER</b>: The PC hosted application is just pushing relevant data to the device so that it can calculate on its own the satellite passes and schedule Tx based on your inputs. Each payload is transmitted multiple times according to \"redundancy\" parameter. UTC time is based on the PC clock (UTC time) and cannot be changed."))
 
-        readonly property string portalLink: "<a style=\"color:" + Style.color.sarvanePink + "\" href=\"https://helioweb.sarvane.example/\">HelioWeb</a>"
         readonly property string rule: "<span style=\"color:" + Style.color.sarvanePink + "\">&nbsp;<hr></span>"
 
         function heading(level: int, content: string): string {

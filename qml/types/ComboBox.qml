@@ -23,7 +23,7 @@ ComboBox {
 
         contentItem: Label {
             color: root.currentIndex === entry.index ? Material.accentColor : Material.foreground
-            elide: Text.ElideRight
+            elide: Text.ElideMiddle
             text: entry.text
             textFormat: Text.PlainText
             verticalAlignment: Text.AlignVCenter

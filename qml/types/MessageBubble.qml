@@ -3,12 +3,19 @@
 
 import QtQuick
 import QtQuick.Controls.Material
+import Style
 
-/// A short coloured message above its parent; show(text, milliseconds) makes it appear.
+/// A short coloured message above its parent.
 ToolTip {
     id: root
 
     property color bgColor
+
+    /// Shows \a message for \a duration milliseconds, as an error or as good news.
+    function tell(message: string, isError: bool, duration: int) {
+        bgColor = isError ? Style.color.lightRed : Style.color.lightGreen;
+        show(isError ? qsTr("ERROR: %1").arg(message) : message, duration);
+    }
 
     background: Pane {
         Material.background: root.bgColor

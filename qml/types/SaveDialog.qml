@@ -1,40 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-import QtQuick
 import QtQuick.Dialogs
-import Qt.labs.platform as Platform
+import "." as T
 
 /// Asks for the name of a file to write, starting in the documents folder.
-FileDialog {
-    id: root
-
-    /// What the popups of the asking window live in.
-    required property Item mOverlay
-
+T.FileDialog {
     acceptLabel: qsTr("Save")
-    currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
     fileMode: FileDialog.SaveFile
-
-    onVisibleChanged: flattening.start()
-
-    // Where the system has no dialog of its own, Qt draws one, with a shadow that the software renderer cannot draw and
-    // whose bearer it leaves out.
-    Timer {
-        id: flattening
-
-        interval: 0
-
-        onTriggered: {
-            if (!root.visible || root.mOverlay.GraphicsInfo.api !== GraphicsInfo.Software) {
-                return;
-            }
-            for (let popup = 0; popup < root.mOverlay.children.length; ++popup) {
-                const parts = root.mOverlay.children[popup].children;
-                for (let part = 0; part < parts.length; ++part) {
-                    parts[part].layer.enabled = false;
-                }
-            }
-        }
-    }
 }

@@ -6,6 +6,7 @@ import QtQuick.Controls.Material
 import QtQuick.Layouts
 
 import com.sarvane.qml
+import Strings
 import Style
 
 import "../delegates"
@@ -261,7 +262,7 @@ T.ExpandableView {
         standardButtons: Dialog.Ok
 
         Label {
-            text: "<a href=\"https://helioweb.sarvane.example/\" style=\"color: " + Style.color.sarvanePink + "\">HelioWeb</a>"
+            text: Strings.portalLink
             textFormat: Text.RichText
             visible: txErrorDialog.title.includes("CSV")
 

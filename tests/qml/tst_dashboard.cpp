@@ -336,7 +336,9 @@ void tst_Dashboard::columnGoesWithItsLastPaneAndComesBack()
     QQuickItem *logLines = find("Log lines");
     QQuickItem *rxLines = find("RX lines");
     QQuickItem *expandLog = find("Expand window");
-    const double width = find("Tx payloads")->parentItem()->width();
+    // Below the logs: it gains their height.
+    const QQuickItem *txView = find("Tx payloads")->parentItem()->parentItem();
+    const double height = txView->height();
     Q_EMIT m_manager->logger()->logCreated("kept");
     QTest::mouseClick(m_window, Qt::LeftButton, {}, centre(expandLog));
     QQuickWindow *logWindow = logLines->window();
@@ -345,7 +347,7 @@ void tst_Dashboard::columnGoesWithItsLastPaneAndComesBack()
     click("Expand window"); // of what is now the first view in the page
     QQuickWindow *rxWindow = rxLines->window();
     QVERIFY(rxWindow != m_window && !find("RX commands"));
-    QTRY_VERIFY(find("Tx payloads")->parentItem()->width() > 1.5 * width);
+    QTRY_VERIFY(txView->height() > 1.5 * height);
 
     rxWindow->close();
     QCOMPARE(rxLines->window(), m_window);
@@ -354,7 +356,7 @@ void tst_Dashboard::columnGoesWithItsLastPaneAndComesBack()
     QVERIFY(find("Log lines"));
     QTRY_VERIFY(expandLog->isEnabled());
     QCOMPARE(logs("Log lines"), "kept");
-    QTRY_COMPARE(find("Tx payloads")->parentItem()->width(), width);
+    QTRY_COMPARE(txView->height(), height);
 }
 
 void tst_Dashboard::rangerHasNoTxAndRxPanes()

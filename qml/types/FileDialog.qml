@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Dialogs
+import Qt.labs.platform as Platform
+
+/// Asks for a file, starting in the documents folder.
+FileDialog {
+    id: root
+
+    /// What the popups of the asking window live in.
+    required property Item mOverlay
+
+    currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+
+    onVisibleChanged: flattening.start()
+
+    // Where the system has no dialog of its own, Qt draws one, with a shadow that the software renderer cannot draw and
+    // whose bearer it leaves out.
+    Timer {
+        id: flattening
+
+        interval: 0
+
+        onTriggered: {
+            if (!root.visible || root.mOverlay.GraphicsInfo.api !== GraphicsInfo.Software) {
+                return;
+            }
+            for (let popup = 0; popup < root.mOverlay.children.length; ++popup) {
+                const parts = root.mOverlay.children[popup].children;
+                for (let part = 0; part < parts.length; ++part) {
+                    parts[part].layer.enabled = false;
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import "." as T
+
+/// A field for a number from \c mFrom to \c mTo with at most \c mDecimals decimals. What lies outside stays to be seen,
+/// and only \c edited tells a number.
+T.InputTextField {
+    id: root
+
+    required property int mFrom
+    required property int mTo
+
+    property int mDecimals: 0
+
+    signal edited(number: real)
+
+    // Not an IntValidator, which takes no key that leads beyond the range and so would hide what was typed.
+    validator: DoubleValidator {
+        bottom: root.mFrom
+        decimals: root.mDecimals
+        locale: "C"
+        notation: DoubleValidator.StandardNotation
+        top: root.mTo
+    }
+
+    onTextEdited: {
+        // The validator takes it between thousands, and 0,045 for 45.
+        for (let comma = text.indexOf(","); comma >= 0; comma = text.indexOf(",")) {
+            remove(comma, comma + 1);
+        }
+        if (acceptableInput) {
+            edited(Number(text));
+        }
+    }
+}

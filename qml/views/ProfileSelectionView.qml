@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import QtQuick.Controls.Material
+import QtQuick.Layouts
+import com.sarvane.qml
+import "../dialogs"
+import "../types" as T
+
+// The transmission settings: the profile, the modulation and the LoRa connectivity, a tab for each.
+ColumnLayout {
+    id: root
+
+    // The root window's global properties, reached through the QML context.
+    // qmllint disable unqualified
+    readonly property bool rangerModuleSelected: g_rangerModuleSelected
+    readonly property bool tbxModuleSelected: g_tbxModuleSelected
+    readonly property bool zep2ModuleSelected: g_zep2ModuleSelected
+    // qmllint enable unqualified
+
+    TabBar {
+        id: tabBar
+
+        Layout.fillWidth: true
+
+        ViewTab {
+            text: qsTr("Sarvane profile")
+        }
+
+        ViewTab {
+            text: qsTr("Modulation")
+            visible: root.zep2ModuleSelected || root.tbxModuleSelected
+            width: visible ? mLabelWidth : 0
+        }
+
+        ViewTab {
+            id: loraTab
+
+            text: qsTr("LoRa connectivity")
+            visible: root.rangerModuleSelected
+
+            onHoveredChanged: {
+                if (hovered) {
+                    loraDialog.open();
+                } else {
+                    loraDialog.close();
+                }
+            }
+        }
+    }
+
+    StackLayout {
+        Layout.fillWidth: true
+        currentIndex: tabBar.currentIndex
+
+        ProfileTab {}
+
+        ModulationTab {}
+
+        LoraTab {
+            id: loraSettings
+        }
+    }
+
+    LoraDialog {
+        id: loraDialog
+
+        x: loraTab.x + loraTab.mLabelWidth + 8
+        y: loraSettings.loraAckCheckbox.y - height + loraTab.height
+    }
+
+    Connections {
+        function onDisconnected() {
+            tabBar.currentIndex = 0;
+        }
+
+        target: ZepManager
+    }
+
+    component ViewTab: TabButton {
+        id: tab
+
+        readonly property real mLabelWidth: contentItem.implicitWidth
+
+        horizontalPadding: 0
+        width: mLabelWidth
+
+        contentItem: T.Label {
+            color: tab.checked ? Material.accentColor : Material.foreground
+            horizontalAlignment: Text.AlignHCenter
+            leftPadding: 8
+            rightPadding: 8
+            text: tab.text
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+}
