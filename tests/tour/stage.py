@@ -39,6 +39,9 @@ class Stage:
         self.work = self.out / "work"
         self.port = self.work / "port"
         self.console_path = self.work / "console"
+        with socket.socket() as probe:  # a port that is free now
+            probe.bind(("127.0.0.1", 0))
+            self.bulletin_port = probe.getsockname()[1]
         self.processes = []
         self.program = None
         self.environment = dict(os.environ)
@@ -85,7 +88,7 @@ class Stage:
 
     def start_simulator(self, *options):
         simulator = self._start([self.build / "sim/zepsim", "--board", self.board, "--link", self.port, "--console",
-                                 self.console_path, *options], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+                                 self.console_path, "--bulletins", str(self.bulletin_port), *options], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         wait_until(lambda: self.port.exists() and self.console_path.exists() or simulator.poll() is not None,
                    "the simulator came up")
         if simulator.poll() is not None:
@@ -107,7 +110,9 @@ class Stage:
         configuration.mkdir(parents=True, exist_ok=True)
         (configuration / "ZepGUI.conf").write_text(settings)
         shutil.copytree(ROOT / "sim/rconf", self.work / "rconf", dirs_exist_ok=True)
-        (self.work / "config.ini").write_text(f"[rconf]\ndir=rconf\n\n[Serial]\nextraPorts={self.port}\n")
+        service = f"http://127.0.0.1:{self.bulletin_port}/mdr/resources/fleetfeed?login=a&password=b&application=c"
+        (self.work / "config.ini").write_text(f"[rconf]\ndir=rconf\n\n[Serial]\nextraPorts={self.port}\n\n"
+                                              f'[Prepass]\naopWebRequestUrl="{service}"\n')
         environment = dict(self.environment, HOME=str(self.work / "home"), XDG_CONFIG_HOME=str(configuration.parent),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QUICK_BACKEND="software", QT_QPA_PLATFORM="xcb",
                            ASAN_OPTIONS="detect_leaks=0", LC_ALL="C.UTF-8")
@@ -122,6 +127,9 @@ class Stage:
     def cpu_seconds(self):
         fields = pathlib.Path(f"/proc/{self.program.pid}/stat").read_text().rsplit(")", 1)[1].split()
         return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+    def run(self, *command):
+        subprocess.run(command, env=self.environment, check=True)
 
     def pixel(self, x, y):
         """Red, green and blue of one pixel of the display."""

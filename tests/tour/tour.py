@@ -9,7 +9,7 @@ Prints each step and the session's log; leaves the screenshots in FOLDER; ends w
 """
 
 import argparse
-import shutil
+import datetime
 import sys
 import time
 
@@ -18,10 +18,13 @@ from stage import ROOT, Stage, TourError, wait_until
 TITLE = "ZepGUI"
 RADIO_NAMES = {"zep1": "ZEP1", "zep2": "ZEP2", "tbx": "TBX (STM32WL)", "ranger": "Ranger"}
 BOARD_NAMES = {"zep1": "ZEP1", "zep2": "ZEP2", "tbx": "TBX", "ranger": "RANGER"}
+# What the README shows, and how much of the display it is.
+README = {"running": "1350x850", "connect": "1350x850", "in-a-pass": "1350x850", "satellites": "1350x850",
+          "settings-light": "1350x850", "large": "1800x1000", "unplugged": "1350x850"}
 # Short delays, so that a tour lasts a minute: two seconds between the Tx of one payload.
 SETTINGS = """[Tx]
 Periodic\\delay=2
-Periodic\\period=0
+Periodic\\period=1
 Periodic\\redundancy=2
 """
 
@@ -49,6 +52,8 @@ class Tour:
             steps += [self.edit_payloads, self.complete_a_sequence, self.stop_a_sequence]
         if self.receives:
             steps += [self.receive]
+        if self.transmits:
+            steps += [self.import_passes, self.transmit_in_a_pass, self.satellites]
         steps += [self.export, self.expand_the_log, self.settings_and_light_theme, self.large_window, self.unplug,
                   self.connect_again, self.disconnect, self.close]
         for step in steps:
@@ -129,6 +134,37 @@ class Tour:
         self.stage.console("bc C0FFEE")
         wait_until(lambda: self.window.text().count("C0FFEE") == 2, "both panes show the broadcast")
         check(self.window.text().count("+BC=C0FFEE") == 1, "the receive pane strips the source and the word")
+
+    def import_passes(self):
+        def row(name, minutes):
+            start = datetime.datetime.now(datetime.timezone.utc) + datetime.timedelta(minutes=minutes)
+            return f"{name},{start:%m-%d-%Y %H:%M:%S},,,00:12:00,42.5,0,90,180\n"
+
+        (self.stage.work / "passes.csv").write_text(
+            "Satellite,Start date/time,Middle date/time,End date/time,Duration,Middle elevation,Start azimuth,"
+            "Middle azimuth,End azimuth\n" + row("NEXT", 30) + row("HERE", -1) + row("GONE", -30))
+        self.window.click("Import data")
+        self.window.click_node(self.window.wait_for("passes.csv", "label"))
+        self.window.click("Open")
+        self.window.wait_text("1 satellite(s) available")
+        check("GONE" not in self.window.text(), "a pass that is over is listed")
+        self.shot("passes")
+
+    def transmit_in_a_pass(self):
+        self.window.click("Pre-pass", "radio button")
+        self.window.click("Start")
+        self.window.wait_text("successfully transmitted! (1/4)", 20)
+        self.shot("in-a-pass")
+        self.window.click("Stop")
+        self.window.click("Periodic", "radio button")
+
+    def satellites(self):
+        self.window.click("Satellite infos")
+        self.window.click("Download AOP data from HelioWeb")
+        self.window.wait_text("Last update:")
+        self.window.wait_text("UPLK: OFF")
+        self.shot("satellites")
+        self.window.click("Data view")
 
     def export(self):
         target = self.stage.work / "session.log"
@@ -241,8 +277,9 @@ def main():
         print(f"\nThe session log, as exported:\n{tour.session}")
         print(f"Screenshots: {stage.out}")
     if options.readme:
-        for name in ("running", "connect", "settings-light", "large", "unplugged"):
-            shutil.copy(stage.out / f"{name}.png", ROOT / f"docs/screenshots/{name}.png")
+        for name, size in README.items():
+            stage.run("convert", f"{stage.out}/{name}.png", "-crop", f"{size}+0+0", "+repage", "-strip",
+                      f"{ROOT}/docs/screenshots/{name}.png")
     return 0
 
 
