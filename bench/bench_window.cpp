@@ -28,10 +28,11 @@ constexpr int wireSeconds = 10;
 constexpr int wireLines = wireBytesPerSecond * wireSeconds / 60;
 constexpr int idleMilliseconds = 10'000;
 
+/// Of this thread, which is the program's: the device's thread beside it asks its terminal a thousand times a second.
 double cpuSeconds()
 {
     rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
+    getrusage(RUSAGE_THREAD, &usage);
     const auto seconds = [](const timeval &time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
