@@ -58,7 +58,7 @@ GridLayout {
         Layout.column: 0
         Layout.fillHeight: true
         Layout.fillWidth: true
-        Layout.maximumWidth: Math.max(root.width * 0.45, profileSelectionPane.implicitWidth)
+        Layout.maximumWidth: Math.max(root.width * 0.45, Layout.minimumWidth)
         Layout.minimumWidth: Math.max(profileSelectionPane.implicitWidth, prepassPane.implicitWidth)
         Layout.preferredWidth: root.width * (root.largeDisplay ? 0.3 : 0.45)
         Layout.row: 0

@@ -7,7 +7,7 @@
 
 #include <limits>
 
-#include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QTimer>
 
@@ -134,13 +134,12 @@ void TxManager::schedulePrepassTx()
 
 void TxManager::endUsedUpSequence()
 {
-    QTimer answerTimer;
-    answerTimer.setSingleShot(true);
-    answerTimer.start(c_lastAnswerTimeout);
-    while (m_ackPending && answerTimer.isActive()) {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (m_ackPending) {
+        QEventLoop loop; // ends early with the application, too
+        connect(this, &TxManager::ackPendingChanged, &loop, &QEventLoop::quit);
+        QTimer::singleShot(c_lastAnswerTimeout, &loop, &QEventLoop::quit);
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
     }
-    answerTimer.stop();
     stop();
     Q_EMIT txErrorOccured(QStringLiteral("Error: No more prepass data to continue Tx scheduling.\n"
                                          "Please import new data from HelioWeb.\nStopping sequence..."));

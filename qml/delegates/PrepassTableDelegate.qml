@@ -5,7 +5,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Controls.Material
-import QtQuick.Controls.Material.impl
 import QtQuick.Layouts
 import Style
 import com.sarvane.qml
@@ -39,17 +38,16 @@ ItemDelegate {
     background: Rectangle {
         color: root.isHeader ? "transparent" : root.isActive ? Style.color.sarvaneYellow : root.mIsNext ? Style.color.sarvanePink : root.checked ? Style.color.transparentPink : "transparent"
 
-        Ripple {
-            active: root.enabled && (root.visualFocus || root.hovered)
-            anchor: root
+        // Still, where a ripple would grow: the software renderer paints that one outside of the list.
+        Rectangle {
             anchors.fill: parent
-            clip: visible
             color: root.Material.rippleColor
-            pressed: root.pressed
+            visible: root.enabled && (root.visualFocus || root.hovered)
         }
     }
     contentItem: RowLayout {
         Cell {
+            Layout.minimumWidth: usualName.advanceWidth
             mShare: 0.1
             text: root.satelliteName
         }
@@ -81,6 +79,14 @@ ItemDelegate {
         id: monospace
 
         source: Style.font.robotoMono
+    }
+
+    TextMetrics {
+        id: usualName
+
+        font.family: monospace.name
+        font.pointSize: 10
+        text: "Names-10"
     }
 
     Connections {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import QtQuick.Controls
 import QtQuick.Controls.Material
 import "../types" as T
 
@@ -11,7 +12,7 @@ Dialog {
     id: root
 
     modal: true
-    width: parent ? Math.min(implicitWidth, parent.width - 2 * padding) : implicitWidth
+    width: Overlay.overlay ? Math.min(implicitWidth, Overlay.overlay.width - 2 * padding) : implicitWidth
 
     header: Label {
         bottomPadding: 0

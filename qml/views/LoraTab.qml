@@ -40,6 +40,8 @@ Item {
             spacing: 0
 
             T.GetButton {
+                Accessible.name: qsTr("LoRa") + ": " + mToolTip
+
                 onClicked: ZepManager.getLoRaConfig()
             }
 

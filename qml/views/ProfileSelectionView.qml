@@ -86,6 +86,11 @@ ColumnLayout {
         horizontalPadding: 0
         width: mLabelWidth
 
+        // Not a ripple, which the software renderer draws in the corner of the window.
+        background: Rectangle {
+            color: tab.down || tab.visualFocus || tab.hovered ? tab.Material.rippleColor : "transparent"
+            implicitHeight: tab.Material.touchTarget
+        }
         contentItem: T.Label {
             color: tab.checked ? Material.accentColor : Material.foreground
             horizontalAlignment: Text.AlignHCenter

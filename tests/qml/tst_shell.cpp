@@ -37,8 +37,7 @@ private Q_SLOTS:
     void unusableWindowSizeIsReplaced_data();
     void unusableWindowSizeIsReplaced();
     void windowSizeIsSavedOnlyAtARegularClose();
-    void closingTheWindowEndsTheProgram_data();
-    void closingTheWindowEndsTheProgram();
+    void closingTheWindowEndsTheProgramWhateverIsOpen();
 
     void failedConnectionIsToldPlainlyAndForgotten();
     void basicModeNeverUsesAHiddenBaudRate();
@@ -215,26 +214,18 @@ void TestShell::windowSizeIsSavedOnlyAtARegularClose()
     QCOMPARE(QSettings().value(u"windowHeight"_s).toInt(), 800);
 }
 
-void TestShell::closingTheWindowEndsTheProgram_data()
+void TestShell::closingTheWindowEndsTheProgramWhateverIsOpen()
 {
-    QTest::addColumn<bool>("waiting");
-    QTest::newRow("wake-up wait") << true;
-    QTest::newRow("expanded window") << false;
-}
+    onceShown(u"Please press wake up button"_s, [&] { m_peer->say("RANGER -- BUTTON PUSHED"); });
+    connectBoard(u"Ranger"_s);
+    QTRY_VERIFY(!find(u"Please press wake up button"_s));
+    click(u"Expand window"_s);
+    QTRY_VERIFY(secondaryWindow());
+    m_peer->say("RANGER -- SLEEP");
+    QTRY_VERIFY(!m_manager->board()->isAwake());
 
-void TestShell::closingTheWindowEndsTheProgram()
-{
-    QFETCH(bool, waiting);
-    if (waiting) {
-        click(u"Ranger"_s);
-        onceShown(u"Connect"_s, [&] { click(u"Connect"_s); });
-        onceShown(u"Please press wake up button"_s, [&] { m_window->close(); });
-    } else {
-        connectBoard(u"ZEP1"_s);
-        click(u"Expand window"_s);
-        QTRY_VERIFY(secondaryWindow());
-        QTimer::singleShot(0, m_window, &QWindow::close);
-    }
+    onceShown(u"Request ZEP info"_s, [&] { click(u"Request ZEP info"_s); });
+    onceShown(u"Please press wake up button"_s, [&] { m_window->close(); });
     QTimer::singleShot(5000, m_window, [] { QCoreApplication::exit(1); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }

@@ -11,6 +11,7 @@
 
 #include "PrepassModel.h"
 #include "PrepassProfile.h"
+#include "ScriptedSession.h"
 #include "TxBench.h"
 
 /// The profiles that follow passes. Ticks of the clock and expiries are made by hand, so that the distance to a pass
@@ -159,6 +160,20 @@ private Q_SLOTS:
         QCOMPARE(walk(0), " 0 ");
         tx.reloadPrepassData();
         QCOMPARE(walk(0), "A*BCDE 1 1");
+    }
+
+    void tableGoesWithTheSessionAndComesBack()
+    {
+        ScriptedSession session;
+        write({"A 600 00:10:00"});
+        TxManager *tx = session.manager.tx();
+        tx->importPrepassData(m_path);
+        for (const ZepBoard::Module module : {ZepBoard::ZEP1, ZepBoard::TBX, ZepBoard::RANGER}) {
+            session.manager.disconnect();
+            QCOMPARE(tx->prepassListModel()->rowCount(), 0);
+            QVERIFY(session.connectTo(module));
+            QCOMPARE(tx->prepassListModel()->rowCount(), module == ZepBoard::RANGER ? 0 : 1);
+        }
     }
 
     void passesTimeTheFirstTxAndTheNext_data()

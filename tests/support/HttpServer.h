@@ -3,11 +3,12 @@
 
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
-
-#include <memory>
 
 /// A web server on loopback that answers every request with the same bytes, or with nothing, which is silence.
 class HttpServer
@@ -24,20 +25,16 @@ public:
             QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
                 requests << QString::fromUtf8(socket->readLine().trimmed());
                 socket->readAll();
-                if (!answer.isNull()) {
-                    socket->write(answer);
-                }
-                if (!answer.isNull() && !keepOpen) {
-                    socket->disconnectFromHost();
-                }
+                socket->write(answer);
             });
         });
     }
 
-    void serve(const char *status, const QByteArray &body)
+    /// A null \a body is silence.
+    void serve(const QByteArray &status, const QByteArray &body)
     {
-        answer = QByteArray("HTTP/1.1 ") + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
-                 "\r\nConnection: close\r\n\r\n" + body;
+        const QByteArray length = "\r\nContent-Length: " + QByteArray::number(body.size());
+        answer = body.isNull() ? QByteArray() : "HTTP/1.1 " + status + length + "\r\n\r\n" + body;
     }
 
     [[nodiscard]] quint16 port() const { return m_listener->serverPort(); }
@@ -47,8 +44,7 @@ public:
     }
 
     QByteArray answer;
-    bool keepOpen = false; ///< The connection, after the answer
-    QStringList requests;  ///< The first line of each
+    QStringList requests; ///< The first line of each
 
 private:
     std::unique_ptr<QTcpServer> m_listener;

@@ -4,11 +4,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "Aborts.h"
 #include "SatelliteAopModel.h"
 
 namespace {
-
 QByteArray document(const QByteArray &satellites)
 {
     return R"({"creationDate": "2026-01-07_10:00:00", "satellitesInformation": [)" + satellites + "]}";
@@ -20,11 +18,8 @@ QByteArray satellite(const QByteArray &name, const QByteArray &ident, const QByt
     return R"({"satellite": ")" + name + R"(", "broadcastedStatus": {"fleetfeedIdent": ")" + ident +
            R"(", "downlinkStatus": ")" + downlink + R"(", "operatingStatus": ")" + uplink +
            R"("}, "aop": {"date": "2026-01-06_22:58:17", "semiMajorAxis": 7195.6545, "semiMajorAxisDrift": -1.97,
-                          "inclination": 98.7075, "ascendantNodeLongitude": 344.178, "ascendantNodeDrift": -25.34,
-                          "orbitalPeriod": 101.3592}})";
+              "inclination": 98.7, "ascendantNodeLongitude": 344.2, "ascendantNodeDrift": -25.3, "orbitalPeriod": 1e3}})";
 }
-
-const QStringList c_numbers{"7195.65", "98.7075", "344.178", "-25.34", "101.359", "-1.97"};
 
 /// What the module says of a satellite.
 void report(SatelliteAopModel &model, QChar ident)
@@ -33,11 +28,12 @@ void report(SatelliteAopModel &model, QChar ident)
                                SatelliteAop::DNLK_NA, SatelliteAop::UPLK_NA);
 }
 
-QString text(const SatelliteAopModel &model, int row, SatelliteAopModel::Role role)
+/// Name, statuses and bulletin of a row.
+QString all(const SatelliteAopModel &model, uchar row)
 {
-    return model.data(model.index(row), role).toString();
+    const SatelliteAop *read = model.satelliteAt(row);
+    return (QStringList{read->satelliteName} + read->statusAtParameters() + read->aopAtParameters()).join(',');
 }
-
 } // namespace
 
 class SatelliteAopModelTest : public QObject
@@ -54,10 +50,7 @@ private Q_SLOTS:
         const QRegularExpression notAnObject("^AOP data error \\(no consistent object\\)$");
         const QRegularExpression syntax("^Error: [a-z]+");
         QTest::newRow("array") << QByteArray("[]") << notAnObject;
-        QTest::newRow("errors, whatever else there is")
-            << document(satellite("New", "B")).replace(0, 1, "{\"errors\": null, ") << notAnObject;
-        QTest::newRow("nothing") << QByteArray() << syntax;
-        QTest::newRow("a page") << QByteArray("<html></html>") << syntax;
+        QTest::newRow("errors") << document(satellite("New", "B")).replace(0, 1, "{\"errors\": null, ") << notAnObject;
         QTest::newRow("cut off") << document(satellite("New", "B")).chopped(1) << syntax;
         QTest::newRow("bare NaN") << document(satellite("New", "B").replace("7195.6545", "NaN")) << syntax;
         QTest::newRow("deep nesting") << QByteArray(1000000, '[') << syntax;
@@ -74,75 +67,37 @@ private Q_SLOTS:
         QVERIFY(!model.loadAopJson(rejected));
         QCOMPARE(created.count(), 0);
         QCOMPARE(model.creationDate(), "Wed Jan 7 10:00:00 2026 GMT (UTC)");
-        QCOMPARE(model.rowCount(), 1);
-        QCOMPARE(model.satelliteAt(0)->satelliteName, "Old");
+        QVERIFY(model.rowCount() == 1 && all(model, 0).startsWith("Old,"));
     }
 
     void whatCannotBeReadIsZeroOrEmpty_data()
     {
         QTest::addColumn<QByteArray>("element");
-        QTest::addColumn<QString>("parameters"); // name, statuses, bulletin
-        const QString zeros(",0,0,0,0,0,0");
-        const QByteArray good = satellite("S", "a");
-        QTest::newRow("nothing else") << QByteArray(R"({"broadcastedStatus": {"fleetfeedIdent": "axy"}})")
-                                      << ",A,0,0,A," + zeros;
-        QTest::newRow("arrays for objects")
-            << QByteArray(R"({"satellite": {}, "broadcastedStatus": {"fleetfeedIdent": "a", "downlinkStatus": [],
-                              "operatingStatus": 3}, "aop": [1]})")
-            << ",A,0,0,A," + zeros;
-        QTest::newRow("texts for numbers") << QByteArray(good)
-                                                  .replace("7195.6545", "\"7195.6\"")
-                                                  .replace("98.7075", "\"NaN\"")
-                                                  .replace("-25.34", "null")
-                                           << "S,A,2,3,A,2026-01-06T22:58:17Z,0,0,344.178,0,101.359,-1.97";
-        QTest::newRow("impossible date") << QByteArray(good).replace("2026-01-06_", "2026-02-30_")
-                                         << "S,A,2,3,A,," + c_numbers.join(',');
-        QTest::newRow("number for a date")
-            << QByteArray(good).replace("\"2026-01-06_22:58:17\"", "20260106") << "S,A,2,3,A,," + c_numbers.join(',');
-        QTest::newRow("statuses of another case") << satellite("S", "A", "helio-4 TX ON", "OUT OF SERVICE ")
-                                                  << "S,A,0,0,A,2026-01-06T22:58:17Z," + c_numbers.join(',');
+        QTest::addColumn<QString>("read");
+        QTest::newRow("types") << QByteArray(R"({"satellite": {}, "aop": [1], "broadcastedStatus":
+                                    {"fleetfeedIdent": "axy", "downlinkStatus": [], "operatingStatus": 3}})")
+                               << ",A,0,0,A,,0,0,0,0,0,0";
+        QTest::newRow("texts") << satellite("S", "a").replace("7195.6545", "\"NaN\"").replace("01-06", "02-30")
+                               << "S,A,2,3,A,,0,98.7,344.2,-25.3,1000,-1.97";
+        QTest::newRow("case") << satellite("S", "A", "helio-4 TX ON", "OUT OF SERVICE ")
+                              << "S,A,0,0,A,2026-01-06T22:58:17Z,7195.65,98.7,344.2,-25.3,1000,-1.97";
     }
 
     void whatCannotBeReadIsZeroOrEmpty()
     {
         QFETCH(const QByteArray, element);
-        QFETCH(const QString, parameters);
-        SatelliteAopModel model;
-        QVERIFY(model.loadAopJson(document(element)));
-        QCOMPARE(model.rowCount(), 1);
-        const SatelliteAop *read = model.satelliteAt(0);
-        QCOMPARE((QStringList{read->satelliteName} + read->statusAtParameters() + read->aopAtParameters()).join(','),
-                 parameters);
-    }
-
-    void satelliteWithoutIdentIsSkippedAloud()
-    {
+        QFETCH(const QString, read);
         SatelliteAopModel model;
         QTest::ignoreMessage(QtCriticalMsg, "Satellites without a fleetfeedIdent in AOP data, skipped: 4");
         QVERIFY(model.loadAopJson(document(R"({}, 7, {"broadcastedStatus": {"fleetfeedIdent": 5}}, )" +
-                                           satellite("empty", "") + ", " + satellite("S", "B"))));
-        QCOMPARE(model.rowCount(), 1);
-        QCOMPARE(model.satelliteAt(0)->ident, 'B');
-    }
-
-    void documentsWithoutSatellitesAreAccepted_data()
-    {
-        QTest::addColumn<QByteArray>("accepted");
-        QTest::newRow("empty object") << QByteArray("{}");
-        QTest::newRow("object for the array")
-            << QByteArray(R"({"creationDate": 1, "satellitesInformation": {"a": 1}})");
-    }
-
-    void documentsWithoutSatellitesAreAccepted()
-    {
-        QFETCH(const QByteArray, accepted);
-        SatelliteAopModel model;
-        report(model, 'A');
+                                           satellite("no ident", "") + ", " + element)));
+        QVERIFY(model.rowCount() == 1);
+        QCOMPARE(all(model, 0), read);
         QSignalSpy created(&model, &SatelliteAopModel::creationDateChanged);
-        QVERIFY(model.loadAopJson(accepted));
+        QVERIFY(model.loadAopJson("{}"));
         QCOMPARE(created.count(), 1);
         QCOMPARE(model.creationDate(), " (UTC)");
-        QCOMPARE(model.rowCount(), 1);
+        QCOMPARE(all(model, 0), read);
     }
 
     void sourcesMergeInEitherOrder()
@@ -150,63 +105,38 @@ private Q_SLOTS:
         SatelliteAopModel model;
         QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        const auto text = [&](int role) { return model.data(model.index(0), role).toString(); };
         report(model, 'A');
-        QCOMPARE(text(model, 0, SatelliteAopModel::SatelliteNameRole), "NA");
-        QCOMPARE(text(model, 0, SatelliteAopModel::UplinkStatusRole), "");
+        QCOMPARE(text(SatelliteAopModel::UplinkStatusRole), "");
         QCOMPARE(model.getDownlinkCapability("NA"), "ON"); // not known, and taken for on
 
-        QVERIFY(
-            model.loadAopJson(document(satellite("First", "B") + ", " + satellite("Second", "A", "HELIO-4 TX ON"))));
-        QCOMPARE(text(model, 0, SatelliteAopModel::SatelliteNameRole), "Second");
-        QCOMPARE(text(model, 0, SatelliteAopModel::DownlinkStatusRole), "HELIO-4 "); // with its blank
-        QCOMPARE(text(model, 0, SatelliteAopModel::UplinkStatusRole), "OFF");
+        QVERIFY(model.loadAopJson(document(satellite("B", "B", "Downlink transmitter OFF") + ", " +
+                                           satellite("Old", "a") + ", " + satellite("New", "A", "HELIO-4 TX ON"))));
+        QCOMPARE(text(SatelliteAopModel::SatelliteNameRole), "New");       // in the row of its ident
+        QCOMPARE(text(SatelliteAopModel::DownlinkStatusRole), "HELIO-4 "); // with its blank
+        QCOMPARE(text(SatelliteAopModel::UplinkStatusRole), "OFF");
         QVERIFY(model.isModuleSatellite('a') && !model.isModuleSatellite('B'));
 
         report(model, 'B');
-        QCOMPARE(model.findByIdent('B')->satelliteName, "First");
-        QCOMPARE(model.findByIdent('B')->statusAtParameters(), QStringList({"B", "2", "3"}));
-        QCOMPARE(model.findByIdent('B')->aopAtParameters(),
-                 QStringList({"B", "2025-01-01T00:00:00Z", "1", "2", "3", "4", "5", "6"}));
-        QVERIFY(model.isModuleSatellite('B'));
-        QCOMPARE(inserted.count(), 2);
-        QCOMPARE(changed.count(), 4);
-        QCOMPARE(changed.last().first().toModelIndex().row(), 1);
-        QCOMPARE(changed.last().last().value<QList<int>>().size(), 4);
-    }
-
-    void statusesNeedBothLinksKnown()
-    {
-        SatelliteAopModel model;
-        QVERIFY(model.loadAopJson(document(satellite("S", "A", "Downlink transmitter OFF", "HELIO-4 payload"))));
-        model.updateOrAddSatellite('A', {}, 0, 0, 0, 0, 0, 0, "S", SatelliteAop::DNLK_HELIO_3_ON,
+        QCOMPARE(all(model, 1), "B,B,0,3,B,2025-01-01T00:00:00Z,1,2,3,4,5,6");
+        model.updateOrAddSatellite('B', {}, 0, 0, 0, 0, 0, 0, "C", SatelliteAop::DNLK_HELIO_3_ON,
                                    SatelliteAop::UPLK_NA);
-        QCOMPARE(model.satelliteAt(0)->statusAtParameters(), QStringList({"A", "0", "2"}));
-        QCOMPARE(model.getDownlinkCapability("S"), "OFF");
-        QCOMPARE(model.getDownlinkCapability("s"), "NA");
-    }
-
-    void repeatedSatelliteKeepsItsRowAndTakesTheLastName()
-    {
-        SatelliteAopModel model;
-        QVERIFY(model.loadAopJson(document(satellite("Old", "A") + ", " + satellite("Other", "B") + ", " +
-                                           satellite("New", "a", "", "unheard of"))));
-        QCOMPARE(model.rowCount(), 2);
-        QCOMPARE(text(model, 0, SatelliteAopModel::SatelliteNameRole), "New");
-        QCOMPARE(text(model, 0, SatelliteAopModel::UplinkStatusRole), "HELIO-3 ");
-        QCOMPARE(model.satelliteNameForIdent('a'), "New");
-        QCOMPARE(model.satelliteNameForIdent('C'), "NA");
-        QVERIFY(model.findByIdent('a') == nullptr);
+        QCOMPARE(all(model, 1), "C,B,0,3,B,,0,0,0,0,0,0"); // half known is not known
+        QCOMPARE(model.getDownlinkCapability("C") + model.getDownlinkCapability("c"), "OFFNA");
+        QCOMPARE(model.satelliteNameForIdent('b'), "C");
+        QVERIFY(model.isModuleSatellite('B') && model.findByIdent('b') == nullptr);
+        QVERIFY(inserted.count() == 2 && changed.count() == 6);
     }
 
     void tooltipHasItsUnevenDegreesAndNoForeignMarkup()
     {
         SatelliteAopModel model;
         QVERIFY(model.loadAopJson(document(satellite("S", "<"))));
-        QCOMPARE(text(model, 0, SatelliteAopModel::AopDataRole),
+        QCOMPARE(model.data(model.index(0), SatelliteAopModel::AopDataRole),
                  "<b>fleetfeedIdent:</b> &lt;<br><b>date:</b> Tue Jan 6 22:58:17 2026 GMT<br>"
                  "<b>semiMajorAxis:</b> 7195.65 km<br><b>semiMajorAxisDrift:</b> -1.97 meter/day<br>"
-                 "<b>inclination:</b> 98.7075°<br><b>ascendantNodeLongitude:</b> 344.178 °<br>"
-                 "<b>ascendantNodeDrift:</b> -25.34°<br><b>orbitalPeriod:</b> 101.359 min");
+                 "<b>inclination:</b> 98.7°<br><b>ascendantNodeLongitude:</b> 344.2 °<br>"
+                 "<b>ascendantNodeDrift:</b> -25.3°<br><b>orbitalPeriod:</b> 1000 min");
     }
 
     void tenMebibytesMergeIntoTheirFewRows()
@@ -219,30 +149,8 @@ private Q_SLOTS:
         QVERIFY(model.loadAopJson(document(satellites + satellite("Last", "Z"))));
         QVERIFY(model.rowCount() <= 26);
         QCOMPARE(model.satelliteNameForIdent('Z'), "Last");
-    }
-
-    void clearedListTakesSatellitesAnew()
-    {
-        SatelliteAopModel model;
-        report(model, 'A');
-        report(model, 'B');
         model.clear();
-        QVERIFY(model.findByIdent('B') == nullptr);
-        report(model, 'B');
-        QCOMPARE(model.rowCount(), 1);
-        QCOMPARE(model.findByIdent('B'), model.satelliteAt(0));
-    }
-
-    void readingWhatIsNotThereEndsTheProgram()
-    {
-        SatelliteAopModel model;
-        report(model, 'A');
-        const QModelIndex stale = model.index(0);
-        verifyAborts("role", "src/models/SatelliteAopModel", "Invalid role value to access satellite AOP model data",
-                     [&] { static_cast<void>(model.data(stale, Qt::DisplayRole)); });
-        model.clear();
-        verifyAborts("row", "src/models/SatelliteAopModel", "Invalid index to access satellite AOP model data",
-                     [&] { static_cast<void>(model.data(stale, SatelliteAopModel::AopDataRole)); });
+        QVERIFY(model.findByIdent('Z') == nullptr);
     }
 };
 
