@@ -4,6 +4,7 @@
 #include "QmlTypes.h"
 
 #include "Payload.h"
+#include "SensorModel.h"
 #include "TxManager.h"
 #include "ZepBoard.h"
 
@@ -21,6 +22,7 @@ void registerQmlTypes()
     }
     qmlRegisterUncreatableType<ZepBoard>("ZepBoard", 1, 0, "Module", QString());
     qmlRegisterUncreatableType<Payload>("Payload", 1, 0, "Status", QString());
+    qmlRegisterUncreatableType<SensorModel>("Sensor", 1, 0, "Id", QString());
     qmlRegisterUncreatableType<TxManager>("TxManager", 1, 0, "Profile", QString());
 
     // A linker drops what nobody names: this keeps the registration of com.sarvane.qml, which the engine then runs.

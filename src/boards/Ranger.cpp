@@ -59,6 +59,24 @@ Ranger::Ranger(QObject *parent, quint32 baudRate) : ZepBoard(parent)
     m_loraCompatible = true;
     m_loraMinVersion = QString::number(1) + u'.' + QString::number(4);
     m_logSource = Logger::RNG;
+
+    const auto sensor = [this](const char *name, bool hasAlertCmd, const char *thresholdTitle = "",
+                               const char *thresholdValues = "") {
+        return new Sensor(this, QString::fromLatin1(name), true, false, hasAlertCmd,
+                          QString::fromLatin1(thresholdTitle), QString::fromLatin1(thresholdValues));
+    };
+    const QMap<SensorModel::Id, Sensor *> sensors{
+        // id                       name  alert command  thresholds
+        {SensorModel::GNSS, sensor("GNSS", false)},
+        {SensorModel::TEMPERATURE, sensor("Temperature", false)},
+        {SensorModel::HUMIDITY, sensor("Humidity", false)},
+        {SensorModel::PRESSURE, sensor("Pressure", false)},
+        {SensorModel::LIGHT, sensor("Light", true, "Low,High", "400,3000")},
+        {SensorModel::ACCELEROMETER, sensor("Accelerometer", true, "Bound", "4000")},
+        {SensorModel::DRY_CONTACT, sensor("Dry contact", true, "Active level", "1")},
+        {SensorModel::PUSH_BUTTON, sensor("Push button", true)},
+    };
+    m_sensorListModel = new SensorModel(this, sensors);
 }
 
 void Ranger::setFirmwareVersion(const QString &firmwareVersion)

@@ -6,6 +6,7 @@
 #include "AtCmdHandler.h"
 #include "Logger.h"
 #include "PortSettings.h"
+#include "SensorModel.h"
 
 #include <QMap>
 #include <QObject>
@@ -31,6 +32,7 @@ class ZepBoard : public QObject
     Q_PROPERTY(bool loraCompatible READ loraCompatible NOTIFY loraCompatibleChanged)
     Q_PROPERTY(bool loraStackIntegrated READ loraStackIntegrated NOTIFY loraStackIntegratedChanged)
     Q_PROPERTY(QString loraMinVersion READ loraMinVersion CONSTANT)
+    Q_PROPERTY(SensorModel *sensorListModel READ sensorListModel CONSTANT)
 
 public:
     /// The type of a board. The keys are the names that the user sees.
@@ -61,6 +63,8 @@ public:
     [[nodiscard]] bool loraStackIntegrated() const { return m_loraStackIntegrated; }
     /// The first firmware with the LoRa stack, for display; empty if this type has none.
     [[nodiscard]] QString loraMinVersion() const { return m_loraMinVersion; }
+    /// Null if this type of board has no sensors.
+    [[nodiscard]] SensorModel *sensorListModel() const { return m_sensorListModel; }
 
     [[nodiscard]] PortSettings portSettings() const { return m_portSettings; }
     /// The patterns of the data that this board sends, by command (see ResponseGrammar.h).
@@ -102,6 +106,7 @@ protected:
     bool m_loraCompatible = false;
     bool m_loraStackIntegrated = false;
     QString m_loraMinVersion;
+    SensorModel *m_sensorListModel = nullptr; ///< a child of this
 
 private:
     Module m_module = NA;
