@@ -7,6 +7,7 @@
 #include "Logger.h"
 #include "Payload.h"
 #include "PrepassConfig.h"
+#include "SensorModel.h"
 #include "SerialPortManager.h"
 #include "TxManager.h"
 #include "ZepBoard.h"
@@ -24,7 +25,8 @@ class QTimer;
 /// its properties; the device's answers reach them through the models, never as results of the operations.
 ///
 /// The sources are cut by concern: Session (connect, identify, disconnect), Requests (one command, one answer),
-/// Dispatch (lines from the device), Parameters (one operation per parameter), Transmission, Prediction and Lora.
+/// Dispatch (lines from the device), Parameters (one operation per parameter), Transmission, Prediction, Lora, Sensors
+/// and Configuration (all of a Ranger at once, and the file of it).
 class ZepManager : public QObject
 {
     Q_OBJECT
@@ -105,12 +107,17 @@ public:
     Q_INVOKABLE void getTxRedundancy();
     Q_INVOKABLE bool setTxRedundancy(uchar redundancy);
     Q_INVOKABLE void getRadioConfig();
+    /// Reads the alerts, the thresholds, the enable flags and the acquisition period of a device with sensors.
+    Q_INVOKABLE void getSensorsConfig();
 
     /// Sends the line \a cmd as the user typed it, "AT+" included; ends with customCmdCompleted(), answered or not.
     Q_INVOKABLE void requestCustomCmd(const QString &cmd);
     /// Ends the wait for the wake-up button.
     Q_INVOKABLE void cancelModuleRequest();
 
+    /// Sends all of the sensors, in steps, up to the first that is refused; the device keeps those before it. True
+    /// without a word on a board that has none.
+    bool setSensorsConfig();
     /// Sends the LoRa settings, in steps, up to the first that fails; no device without the stack is reached.
     bool setLoRaConfig();
     /// Sends whether LoRa is to be on.
@@ -158,6 +165,7 @@ private:
     void processTxResponse();
     void processPredictionResponse();
     void processLoraResponse();
+    void processSensorResponse();
     void processDeviceAssertion();
 
     // Prediction
@@ -168,6 +176,9 @@ private:
 
     // Lora
     [[nodiscard]] bool hasLoRa() const;
+
+    // Sensors
+    static const QMap<SensorModel::Id, AtCmdHandler::CmdId> sensorAlertCmdMap;
 
     // Parameters
     void getId();
