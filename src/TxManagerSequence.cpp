@@ -102,6 +102,13 @@ void TxManager::onScheduleOver()
         return;
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
+        if (m_currentIndex + 1 >= m_payloadListModel->rowCount()) {
+            // The redundancy was lowered, by the device or the user, after this Tx had been armed: nothing is left.
+            if (!m_ackPending) {
+                finishRepetition();
+            }
+            return;
+        }
         ++m_currentIndex;
         m_currentTxCount = 1;
     } else {
@@ -144,7 +151,7 @@ bool TxManager::isFirstTx() const
 bool TxManager::isLastTx() const
 {
     return m_currentIndex == m_payloadListModel->rowCount() - 1 &&
-           m_currentTxCount == m_payloadListModel->getRedundancy(m_currentIndex);
+           m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex);
 }
 
 bool TxManager::checkPayloadBeforeTx(int index)
@@ -179,7 +186,7 @@ void TxManager::onTxDone(const QString &data)
             log(QStringLiteral("Data ") + message + QStringLiteral(" could not be sent"));
         }
         m_payloadListModel->setTxCount(m_currentIndex, m_currentTxCount);
-        if (m_currentTxCount != redundancy) {
+        if (m_currentTxCount < redundancy) {
             m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
         } else {
             m_payloadListModel->setStatus(m_currentIndex, Payload::COMPLETE);

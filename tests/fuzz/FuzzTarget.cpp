@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "FuzzTarget.h"
+
+#include <cstdio>
+
+#include <QAbstractItemModel>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QMetaProperty>
+#include <QSerialPortInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "TxManager.h"
+#include "VirtualClock.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 minute = 60000; // ms
+
+void onMessage(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", qPrintable(message)); // the rest would only take time
+    }
+}
+
+void prepareProcess()
+{
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char *argv[] = {name, nullptr};
+    qputenv("QT_NO_GLIB", "1");
+    qputenv("TZ", "UTC");
+    static const QCoreApplication application(argc, argv);
+    static const QTemporaryDir folder;
+    qInstallMessageHandler(onMessage);
+    QCoreApplication::setOrganizationName(u"Sarvane"_s);
+    QCoreApplication::setApplicationName(u"ZepGUI"_s);
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    Fuzz::require(QDir::setCurrent(folder.path()) && QDir().mkpath(u"Sarvane"_s), "no folder to work in");
+}
+
+void prepareInput()
+{
+    Fuzz::write(Fuzz::settingsFile(), {});
+    Fuzz::write(u"config.ini"_s, "[Prepass]\naopWebRequestUrl=\n");
+}
+
+} // namespace
+
+void Fuzz::require(bool condition, const char *what)
+{
+    if (!condition) {
+        qFatal("%s", what);
+    }
+}
+
+QString Fuzz::settingsFile()
+{
+    return u"Sarvane/ZepGUI.conf"_s;
+}
+
+void Fuzz::write(const QString &name, const QByteArray &content)
+{
+    static qint64 writings = 0;
+    QFile file(name);
+    // A store reads a file again when its size or its time is another.
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush() &&
+                file.setFileTime(QDateTime::fromSecsSinceEpoch(++writings), QFileDevice::FileModificationTime),
+            "a file cannot be written");
+}
+
+void Fuzz::readAll(const QObject *object)
+{
+    const QMetaObject *meta = object->metaObject();
+    for (int index = QObject::staticMetaObject.propertyCount(); index < meta->propertyCount(); ++index) {
+        const QVariant value = meta->property(index).read(object);
+        if (const auto *next = value.value<QObject *>()) {
+            readAll(next);
+        }
+    }
+    if (const auto *model = qobject_cast<const QAbstractItemModel *>(object)) {
+        const QList<int> roles = model->roleNames().keys();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            for (const int role : roles) {
+                model->index(row, 0).data(role);
+            }
+        }
+    }
+}
+
+void Fuzz::runSequence(TxManager &tx, int minutes, const std::function<void()> &answer)
+{
+    const auto settle = [&tx, &answer] {
+        if (tx.ackPending()) {
+            answer();
+        }
+    };
+    QTimer wait; // of the sequence itself, for the last answer
+    QObject::connect(&wait, &QTimer::timeout, &wait, [&settle] {
+        settle();
+        VirtualClock::advance(1);
+    });
+    wait.start(0);
+    for (int passed = 0; passed < minutes; ++passed) {
+        settle(); // in time: an answer that is out when the next Tx is due ends the program
+        VirtualClock::advance(minute);
+        QCoreApplication::processEvents();
+        readAll(&tx);
+    }
+}
+
+// Stands before the one of the library: the ports of this machine are no input, and take longer to find than all else.
+QList<QSerialPortInfo> QSerialPortInfo::availablePorts()
+{
+    return {};
+}
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    prepareProcess();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    prepareInput();
+    VirtualClock::begin();
+    fuzzOne(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    VirtualClock::end();
+    return 0;
+}
