@@ -4,16 +4,17 @@
 #include "FuzzTarget.h"
 
 #include <cstdio>
+#include <utility>
 
 #include <QAbstractItemModel>
 #include <QCoreApplication>
 #include <QDir>
+#include <QEvent>
 #include <QFile>
 #include <QMetaProperty>
 #include <QSerialPortInfo>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include "TxManager.h"
 #include "VirtualClock.h"
@@ -96,23 +97,41 @@ void Fuzz::readAll(const QObject *object)
     }
 }
 
+Fuzz::Pump::Pump(std::function<void()> onTurn) : m_onTurn(std::move(onTurn))
+{
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+bool Fuzz::Pump::event(QEvent *event)
+{
+    if (event->type() != QEvent::User) {
+        return QObject::event(event);
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User)); // first, for the turns inside the call
+    m_onTurn();
+    return true;
+}
+
 void Fuzz::runSequence(TxManager &tx, int minutes, const std::function<void()> &answer)
 {
-    const auto settle = [&tx, &answer] {
-        if (tx.ackPending()) {
+    int turns = 0;
+    const Pump pump([&] {
+        if (turns++ > 0) { // the sequence itself spins the event loop, for the last answer
+            answer();
+            VirtualClock::advance(1);
+        }
+    });
+    const auto work = [&turns] {
+        turns = 0;
+        QCoreApplication::processEvents();
+    };
+    for (int passed = 0; passed < minutes; ++passed) {
+        work();
+        if (tx.ackPending()) { // in time: an answer that is out when the next Tx is due ends the program
             answer();
         }
-    };
-    QTimer wait; // of the sequence itself, for the last answer
-    QObject::connect(&wait, &QTimer::timeout, &wait, [&settle] {
-        settle();
-        VirtualClock::advance(1);
-    });
-    wait.start(0);
-    for (int passed = 0; passed < minutes; ++passed) {
-        settle(); // in time: an answer that is out when the next Tx is due ends the program
         VirtualClock::advance(minute);
-        QCoreApplication::processEvents();
+        work();
         readAll(&tx);
     }
 }

@@ -6,9 +6,9 @@
 #include <functional>
 
 #include <QByteArray>
+#include <QObject>
 #include <QString>
 
-class QObject;
 class TxManager;
 
 /// What a file target_<name>.cpp defines: works on one input, with objects of its own, and ends the process when what
@@ -28,6 +28,19 @@ QString settingsFile();
 /// Reads all that a view could bind to: the properties of \a object, of the objects that they lead to, and every role
 /// of the rows of models.
 void readAll(const QObject *object);
+
+/// Calls \a onTurn once in every turn of the event loop, whoever spins it, also inside such a call. A timer would be
+/// dumb there.
+class Pump : public QObject
+{
+public:
+    explicit Pump(std::function<void()> onTurn);
+
+private:
+    bool event(QEvent *event) override;
+
+    std::function<void()> m_onTurn;
+};
 
 /// Lets the sequence of \a tx go on, minute by minute; \a answer gives the device's answer to what it owes.
 void runSequence(TxManager &tx, int minutes, const std::function<void()> &answer);

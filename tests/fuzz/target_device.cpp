@@ -14,7 +14,6 @@
 #include "ZepManager.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <array>
 
@@ -41,9 +40,7 @@ public:
     explicit Script(const QByteArray &input) : m_lines(input.split('\n')), m_module(boardOf(m_lines.takeFirst()))
     {
         connect(&m_manager, &ZepManager::userActionRequested, this, &Script::pressButton, Qt::QueuedConnection);
-        connect(&m_turn, &QTimer::timeout, this, &Script::onTurn);
         m_manager.connect(m_module, u"no-such-port"_s, u"Default"_s); // leaves a session without a wire
-        m_turn.start(0);
     }
 
     void play()
@@ -152,9 +149,9 @@ private:
     ZepBoard::Module m_module;
     ZepManager m_manager{nullptr};
     TxManager *m_tx = m_manager.tx();
-    QTimer m_turn;
     int m_owed = 0; // s
     int m_pressed = 0;
+    Fuzz::Pump m_pump{[this] { onTurn(); }};
 };
 
 } // namespace
