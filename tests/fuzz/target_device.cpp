@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -75,7 +76,9 @@ private:
     void pass(int milliseconds)
     {
         // An answer that is out when the next Tx is due ends the program, which is known as well.
-        m_owed = m_tx->ackPending() && m_tx->sequenceRunning() ? m_owed + milliseconds / silence : 0;
+        const bool owes =
+            m_tx->ackPending() && m_tx->sequenceRunning() && m_tx->selectedProfile() != TxManager::PREPASS_ON_MODULE;
+        m_owed = owes ? m_owed + milliseconds / silence : 0;
         if (m_owed > longestOwed) {
             m_owed = 0;
             say("+TX=0,");
@@ -85,6 +88,9 @@ private:
 
     void onTurn()
     {
+        if (std::exchange(m_listening, false)) {
+            return;
+        }
         if (m_lines.isEmpty() || isDeed()) {
             pass(silence);
         } else {
@@ -109,6 +115,7 @@ private:
         m_pressed = 0;
         if (word == "wait") {
             pass(qBound(0, rest.toInt(), longestWait) * silence);
+            m_listening = true; // the next line may answer what the program asks now
             QCoreApplication::processEvents();
         } else if (word == "stop") {
             m_tx->stop();
@@ -150,6 +157,7 @@ private:
     ZepManager m_manager{nullptr};
     TxManager *m_tx = m_manager.tx();
     int m_owed = 0; // s
+    bool m_listening = false;
     int m_pressed = 0;
     Fuzz::Pump m_pump{[this] { onTurn(); }};
 };
