@@ -171,7 +171,7 @@ private Q_SLOTS:
     void expertsCommandNeedsItsPrefixAndShowsItsWait()
     {
         const auto field = u"Custom AT command"_s;
-        const auto send = field + u": Set parameter(s) in module";
+        const auto send = field + u": Set parameter(s) in module"_s;
         openSettings(u"ZEP2"_s);
         QVERIFY(find(u"ZEP2 Module settings"_s) && !find(u"Tx power"_s));
         m_answering = false;
