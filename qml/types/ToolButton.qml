@@ -40,8 +40,6 @@ ToolButton {
         implicitWidth: Material.touchTarget
 
         Ripple {
-            id: ripple
-
             anchor: root
             clip: !root.mRippleHalf
             color: Material.rippleColor
@@ -57,10 +55,10 @@ ToolButton {
         Rectangle {
             anchors.centerIn: parent
             color: Material.rippleColor
-            height: root.mRippleHalf ? width : ripple.height
+            height: root.mRippleHalf ? width : parent.height
             radius: root.mRippleHalf ? width / 2 : 0
             visible: root.enabled && root.mRippleActive
-            width: root.mRippleHalf ? ripple.width * Math.SQRT2 : ripple.width
+            width: root.mRippleHalf ? parent.height * Math.SQRT1_2 : parent.width
         }
     }
 }

@@ -60,12 +60,12 @@ private Q_SLOTS:
     {
         Program program;
         program.connectTo(ZepBoard::ZEP1);
-        for (const auto &[field, typed, kept, taken] : {std::tuple{"Redundancy", "0", "0", "4"},
-                                                        {"Redundancy", "11", "11", "1"},
-                                                        {"Redundancy", "4,5", "4,5", "4"},
-                                                        {"Payload interval", "0,045", "0,04", "5"},
-                                                        {"Payload interval", "1x2e", "12", "12"},
-                                                        {"Period", "59", "59", "60"}}) {
+        for (const auto &[typed, kept, taken] : {std::tuple{"0", "0", "4"},
+                                                 {"11", "11", "1"},
+                                                 {"4,5", "4,5", "4"},
+                                                 {"0,045", "0,04", "4"},
+                                                 {"7x", "7", "7"}}) {
+            const QString field = "Redundancy";
             program.enter(field, typed);
             QCOMPARE(program.text(field), kept);
             QCOMPARE(program.field(field)->property("acceptableInput").toBool(), qstrcmp(kept, taken) == 0);
@@ -76,7 +76,6 @@ private Q_SLOTS:
 
     void loraSettingsAreReadEditedAndKept()
     {
-        const QString eui = "A0 B1 C2 D3 E4 F5 06 17 ";
         const QString get = "LoRa: Get parameter(s) from module";
         Program program;
         program.answers = {{"AT+FW=?", {"+FW=1,SW1.4.0"}},
@@ -87,22 +86,19 @@ private Q_SLOTS:
         program.connectTo(ZepBoard::RANGER);
         program.click("LoRa connectivity");
         program.click(get);
-        QVERIFY(program.find(eui));
+        QVERIFY(program.find("A0 B1 C2 D3 E4 F5 06 17 "));
         QVERIFY2(!program.field("Redundancy"), "with the acknowledgement nothing is repeated");
         program.click("ACK");
         QVERIFY(!program.tx()->loraConfig()->ackEnabled());
         QCOMPARE(program.text("Redundancy"), "6");
 
         program.click("Update App EUI");
-        for (const char *typed : {"0011", ""}) { // the device says what is known; an empty field is given up
-            program.enter("App EUI", typed);
-            QVERIFY(!program.enabled("Set parameter(s) in module"));
-            program.click(get);
-            QCOMPARE(program.text("App EUI"), "A0B1C2D3E4F50617");
-        }
-        program.enter("App EUI", "8899");
+        program.enter("App EUI", "0011");
+        QVERIFY(!program.enabled("Set parameter(s) in module"));
+        program.click(get); // which tells what was known
+        QCOMPARE(program.text("App EUI"), "A0B1C2D3E4F50617");
         program.click("Cancel");
-        QVERIFY(program.find(eui));
+        QVERIFY(program.find("A0 B1 C2 D3 E4 F5 06 17 "));
         program.click("Update App EUI");
         program.enter("App EUI", "0123456789abcdefg");
         program.click("Set parameter(s) in module");
