@@ -62,7 +62,6 @@ private Q_SLOTS:
         const auto picker = [&](const char *name) { return program.find(name, "currentIndex"); };
         const auto pick = [&](const char *name, int entry) { picker(name)->setProperty("currentIndex", entry); };
         if (picker("Day")) {
-            QCOMPARE(picker("Day")->property("currentIndex").toInt() + 1, now.date().day());
             const int firstYear = now.date().year() - 1; // a leap year is among the four
             const int leapEntry = (4 - firstYear % 4) % 4;
             pick("Year", leapEntry);
@@ -81,7 +80,6 @@ private Q_SLOTS:
         QCOMPARE(program.peer.requests(), isZep2 ? QStringList{request} : QStringList());
         const qint64 off = program.tx()->utcDateTime().secsTo(answer == "+OK" ? expected : now.addDays(-40));
         QVERIFY2(qAbs(off) <= 60, qPrintable(QString::number(off)));
-        QVERIFY(program.find(program.tx()->utcTime()));
     }
 
     void fieldsTakeWhatTheyMayAndShowWhatTheModuleSays()
@@ -98,6 +96,7 @@ private Q_SLOTS:
                                                           {position, "Longitude", "90", "AT+POS=10,90"},
                                                           {position, "Latitude", "-45.123456", "AT+POS=-45.1235,20"},
                                                           {prediction, "Duration", "183", ""},
+                                                          {prediction, "Min. elevation", "0,04", ""},
                                                           {prediction, "Min. elevation", "90.01", ""},
                                                           {prediction, "Min. pass duration", "61", ""}}) {
             const QString get = heading.arg("Get", "from");
