@@ -28,6 +28,9 @@ struct Screen
 {
     QQuickWindow *window = nullptr;
 
+    explicit Screen(QQuickWindow *shown = nullptr) : window(shown) {}
+    virtual ~Screen() = default;
+
     /// The first item of that name that shows and has the property \a having; null if there is none.
     QQuickItem *find(const QString &name, const char *having = "visible", const QQuickItem *in = nullptr) const
     {
@@ -68,7 +71,7 @@ struct Screen
         QTest::mouseMove(window, centre(find(name, having)));
     }
 
-    void click(const QString &name, const char *having = "visible") const
+    virtual void click(const QString &name, const char *having = "visible") const
     {
         hover(name, having);
         QTRY_VERIFY2(find(name, having), qPrintable(name));
@@ -140,7 +143,7 @@ struct Program : Screen
     QQuickItem *bar() const { return window->property("header").value<QQuickItem *>(); }
 
     /// As Screen's, once no page moves any more.
-    void click(const QString &name, const char *having = "visible") const
+    void click(const QString &name, const char *having = "visible") const override
     {
         const auto *pages = bar()->property("stackView").value<QObject *>();
         QTRY_VERIFY2(find(name, having) && !pages->property("busy").toBool(), qPrintable(name));
