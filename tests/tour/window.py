@@ -75,6 +75,10 @@ class Window:
                 if node.get_role() in controls and not node.get_name()
                 and not (node.get_parent() and node.get_parent().get_role() in inner)]
 
+    def content(self, name):
+        """What stands in a field."""
+        return Atspi.Text.get_text(self.wait_for(name, "text"), 0, -1)
+
     def text(self):
         return "\n".join(name for _, name in self.names())
 
@@ -111,6 +115,15 @@ class Window:
     def click_node(self, node):
         x, y = self.center(node)
         xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
+
+    def drag(self, node, dx, dy):
+        """Draws the middle of a control with the left button, and holds still before letting go."""
+        x, y = self.center(node)
+        steps = 10
+        moves = [["mousemove", x + dx * step // steps, y + dy * step // steps, "sleep", "0.02"]
+                 for step in range(1, steps + 1)]
+        xdotool("mousemove", x, y, "sleep", "0.1", "mousedown", 1, *sum(moves, []), "sleep", "0.3", "mouseup", 1,
+                "sleep", "0.3")
 
     def enter(self, name, text, role=None):
         """Replaces what stands in a field, by the keyboard."""
