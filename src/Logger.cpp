@@ -4,14 +4,36 @@
 #include "Logger.h"
 
 #include "LocalPath.h"
+#include "ProcessLog.h"
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QMetaEnum>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QTextStream>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+void writeSecret(const QString &path, const QByteArray &secret)
+{
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile()) { // a device, say, would be replaced by a file
+        qCCritical(lcEvents).noquote() << "Unable to write" << path << "which is no file";
+        return;
+    }
+    QSaveFile file(path);
+    const bool opened = file.open(QIODevice::WriteOnly);
+    if (opened && !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+        qCCritical(lcEvents).noquote() << "Others may read" << path; // as on a stick, which knows no owners
+    }
+    if (!opened || file.write(secret) != secret.size() || !file.flush() || !file.commit()) {
+        qCCritical(lcEvents).noquote() << "Unable to write" << path << file.errorString();
+    }
+}
+} // namespace
 
 Logger::Logger(QObject *parent) : QObject(parent) {}
 
@@ -28,8 +50,12 @@ void Logger::clearLogs()
     Q_EMIT logsCleared();
 }
 
-void Logger::exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds)
+void Logger::exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds, Content content)
 {
+    if (content == SECRET) {
+        writeSecret(localPath(filePath), logs.toUtf8());
+        return;
+    }
     QFile file(localPath(filePath));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         return; // an export that cannot be written is not reported

@@ -18,6 +18,12 @@ public:
     enum Source { APP, ZEP, RNG };
     Q_ENUM(Source)
 
+    /// What a file is to hold.
+    enum Content {
+        LOGS,
+        SECRET, ///< replaced whole or not at all, and its owner's alone; the process log tells what went wrong
+    };
+
     explicit Logger(QObject *parent = nullptr);
 
     /// Emits logCreated() with the line "[hh:mm:ss:zzz] [SRC] message", trimmed, stamped by the clock of the
@@ -29,8 +35,10 @@ public:
     /// Asks every pane to empty itself.
     Q_INVOKABLE void clearLogs();
     /// Writes \a logs to the file at the URL \a filePath, over what it held; with \a filterAtCmds only the AT
-    /// commands in it, one a line, without stamps. A file that cannot be opened is silently not written.
-    Q_INVOKABLE void exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds);
+    /// commands in it, one a line, without stamps. A file of logs that cannot be opened is silently not written. A
+    /// SECRET is never filtered, and has its own line ends.
+    Q_INVOKABLE void exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds,
+                                      Logger::Content content = LOGS);
 
 Q_SIGNALS:
     void logCreated(QString log);

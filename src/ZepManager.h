@@ -7,6 +7,7 @@
 #include "Logger.h"
 #include "Payload.h"
 #include "PrepassConfig.h"
+#include "SensorModel.h"
 #include "SerialPortManager.h"
 #include "TxManager.h"
 #include "ZepBoard.h"
@@ -24,7 +25,8 @@ class QTimer;
 /// its properties; the device's answers reach them through the models, never as results of the operations.
 ///
 /// The sources are cut by concern: Session (connect, identify, disconnect), Requests (one command, one answer),
-/// Dispatch (lines from the device), Parameters (one operation per parameter), Transmission, Prediction and Lora.
+/// Dispatch (lines from the device), Parameters (one operation per parameter), Transmission, Prediction, Lora, Sensors
+/// and Configuration (all of a Ranger at once, and the file of it).
 class ZepManager : public QObject
 {
     Q_OBJECT
@@ -105,12 +107,32 @@ public:
     Q_INVOKABLE void getTxRedundancy();
     Q_INVOKABLE bool setTxRedundancy(uchar redundancy);
     Q_INVOKABLE void getRadioConfig();
+    /// Reads the alerts, the thresholds, the enable flags and the acquisition period of a device with sensors.
+    Q_INVOKABLE void getSensorsConfig();
 
     /// Sends the line \a cmd as the user typed it, "AT+" included; ends with customCmdCompleted(), answered or not.
     Q_INVOKABLE void requestCustomCmd(const QString &cmd);
     /// Ends the wait for the wake-up button.
     Q_INVOKABLE void cancelModuleRequest();
 
+    // The whole configuration; processingData tells that one of them is under way, and processingDataChanged() how it
+    // ended. Nothing happens without a session, and what a session leaves unfinished ends with it in silence.
+
+    /// Reads all that the device holds; what it does not tell stays as it is.
+    Q_INVOKABLE void getConfig();
+    /// Sends all that the models hold, up to the first refusal, and resets the device. It is done, and processingData
+    /// false, only when the device reports that it has restarted. Without \a enableLog it is the form for an export.
+    Q_INVOKABLE void uploadConfig(bool enableLog = true);
+    /// Writes what an upload would send to the file at the URL \a filePath, for its owner's eyes alone; asks nothing
+    /// of the device. That a file could not be written only the process log tells; the old one then stays.
+    Q_INVOKABLE void exportConfig(const QString &filePath);
+    /// Takes the lines of the file at the URL \a filePath for answers of the device, up to the first that is none. A
+    /// file that cannot be read is an empty one.
+    Q_INVOKABLE void importConfig(const QString &filePath);
+
+    /// Sends all of the sensors, in steps, up to the first that is refused; the device keeps those before it. True
+    /// without a word on a board that has none.
+    bool setSensorsConfig();
     /// Sends the LoRa settings, in steps, up to the first that fails; no device without the stack is reached.
     bool setLoRaConfig();
     /// Sends whether LoRa is to be on.
@@ -158,6 +180,7 @@ private:
     void processTxResponse();
     void processPredictionResponse();
     void processLoraResponse();
+    void processSensorResponse();
     void processDeviceAssertion();
 
     // Prediction
@@ -168,6 +191,16 @@ private:
 
     // Lora
     [[nodiscard]] bool hasLoRa() const;
+
+    // Sensors
+    static const QMap<SensorModel::Id, AtCmdHandler::CmdId> sensorAlertCmdMap;
+
+    // Configuration
+    /// Ends what setProcessingData() began, unless the session of \a board is gone: the next may be busy by now.
+    void endProcessing(const QPointer<ZepBoard> &board, const QString &msg = {}, bool error = false);
+    /// The failure for the user; empty if all was accepted.
+    [[nodiscard]] QString sendConfig();
+    [[nodiscard]] bool replayConfig(const QString &path);
 
     // Parameters
     void getId();

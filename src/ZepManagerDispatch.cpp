@@ -120,7 +120,8 @@ void ZepManager::processResponse()
     case AtCmdHandler::ALRT_ACC:
     case AtCmdHandler::ALRT_DRYC:
     case AtCmdHandler::ALRT_PB:
-        return; // sensors have no model to fill yet; the line is in the log
+        processSensorResponse();
+        return;
     case AtCmdHandler::PING:
     case AtCmdHandler::SAVE_CFG:
     case AtCmdHandler::CW:

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -143,9 +144,18 @@ bool ZepManager::setAopDataAndConstellationStatus()
 {
     const QPointer<ZepBoard> board = m_board;
     const SatelliteAopModel *model = m_tx->prepassProfile()->satelliteAopModel();
-    if (model->rowCount() == 0 && !m_tx->prepassProfile()->downloadAopData()) {
-        m_logger->log(Logger::APP, u"Unable to fetch AOP data"_s);
-        return false;
+    if (model->rowCount() == 0) {
+        // Whoever sends a command while the download spins the event loop does not mean it for a file.
+        const bool exporting = std::exchange(m_exportMode, false);
+        const bool downloaded = m_tx->prepassProfile()->downloadAopData();
+        if (isWaitPointless(board)) {
+            return false;
+        }
+        m_exportMode = exporting;
+        if (!downloaded) {
+            m_logger->log(Logger::APP, u"Unable to fetch AOP data"_s);
+            return false;
+        }
     }
 
     // A copy: the answers that come in between may add to the list.

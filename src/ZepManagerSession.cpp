@@ -103,6 +103,7 @@ void ZepManager::initBoard(ZepBoard::Module module)
         setModuleUtcDate(m_tx->utcDateTime().toString(Qt::ISODate));
         break;
     case ZepBoard::RANGER:
+        getConfig();
         return;
     case ZepBoard::NA:
         ZEPGUI_ASSERT(false, "Invalid ZEP module / Sarvane device value", source);
@@ -145,6 +146,9 @@ void ZepManager::disconnect()
     delete m_board;
     m_serialPort->close();
     m_serialPort->enumerate();
+    if (m_processingData) {
+        setProcessingData(false); // what waits for this device waits for nothing
+    }
     Q_EMIT disconnected();
 }
 

@@ -28,11 +28,11 @@ class ZepBoard : public QObject
     Q_PROPERTY(QString firmwareVersion READ firmwareVersion NOTIFY firmwareVersionChanged)
     Q_PROPERTY(uint txFrequency READ txFrequency NOTIFY txFrequencyChanged)
     Q_PROPERTY(ushort txPower READ txPower NOTIFY txPowerChanged)
+    Q_PROPERTY(SensorModel *sensorListModel READ sensorListModel CONSTANT)
     Q_PROPERTY(bool isAwake READ isAwake NOTIFY isAwakeChanged)
     Q_PROPERTY(bool loraCompatible READ loraCompatible NOTIFY loraCompatibleChanged)
     Q_PROPERTY(bool loraStackIntegrated READ loraStackIntegrated NOTIFY loraStackIntegratedChanged)
     Q_PROPERTY(QString loraMinVersion READ loraMinVersion CONSTANT)
-    Q_PROPERTY(SensorModel *sensorListModel READ sensorListModel CONSTANT)
 
 public:
     /// The type of a board. The keys are the names that the user sees.

@@ -1,31 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "QmlTypes.h"
-#include "ScriptedPeer.h"
-#include "ZepManager.h"
+#include "ProgramWindow.h"
 
-#include <QAccessible>
 #include <QClipboard>
-#include <QGuiApplication>
-#include <QQmlApplicationEngine>
 #include <QQmlComponent>
-#include <QQmlContext>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QRegularExpression>
-#include <QSettings>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
-// The real window on the real ZepManager, used by mouse; a scripted device stands at the far end of the line.
-class TestShell : public QObject
+class TestShell : public QObject, ProgramWindow
 {
     Q_OBJECT
 
@@ -53,87 +37,25 @@ private Q_SLOTS:
     void copyStripsWhiteSpaceAndKeepsTheTextBound();
 
 private:
-    void start();
-    void stop();
-    void connectBoard(const QString &board);
-    [[nodiscard]] QQuickItem *find(const QString &name, QQuickWindow *window = nullptr) const;
-    [[nodiscard]] QQuickItem *bar() const { return m_window->property("header").value<QQuickItem *>(); }
     [[nodiscard]] QQuickWindow *secondaryWindow() const;
     [[nodiscard]] QObject *settings() const { return singleton("Settings", "Settings"); }
-    [[nodiscard]] QObject *singleton(const char *module, const char *type) const
-    {
-        return m_engine->singletonInstance<QObject *>(qmlTypeId(module, 1, 0, type));
-    }
-    void click(const QString &name);
-    /// Does \a action as soon as a control called \a name shows, from inside whatever wait spins the event loop.
-    void onceShown(const QString &name, const std::function<void()> &action);
-
-    QTemporaryDir m_dir;
-    std::unique_ptr<ScriptedPeer> m_peer;
-    std::unique_ptr<QQmlApplicationEngine> m_engine;
-    QQuickWindow *m_window = nullptr;
-    ZepManager *m_manager = nullptr;
 };
 
 void TestShell::initTestCase()
 {
-    QGuiApplication::setOrganizationName(u"Sarvane"_s);
-    QGuiApplication::setApplicationName(u"ZepGUI"_s);
-    QVERIFY(m_dir.isValid());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.path());
-    registerQmlTypes();
+    prepare();
 }
 
 void TestShell::init()
 {
     QTest::failOnWarning(QRegularExpression(u"qrc:|QML"_s));
-    QSettings().clear();
-    QSettings().setValue(u"firstVisit"_s, false);
-    m_peer = std::make_unique<ScriptedPeer>();
-    connect(m_peer.get(), &ScriptedPeer::requested, this, [this] { m_peer->say("+OK"); });
-    start();
+    startAnew();
 }
 
 void TestShell::cleanup()
 {
     stop();
     m_peer.reset();
-}
-
-void TestShell::start()
-{
-    m_engine = std::make_unique<QQmlApplicationEngine>();
-    m_engine->rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
-    m_engine->load(QUrl(u"qrc:/qml/main.qml"_s));
-    QVERIFY(!m_engine->rootObjects().isEmpty());
-    m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().first());
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_manager = qobject_cast<ZepManager *>(singleton("com.sarvane.qml", "ZepManager"));
-    m_manager->serialPort()->ports()->setStringList({m_peer->path()});
-}
-
-void TestShell::stop()
-{
-    m_engine.reset();
-    m_window = nullptr;
-}
-
-QQuickItem *TestShell::find(const QString &name, QQuickWindow *window) const
-{
-    QList<QQuickItem *> pending{(window ? window : m_window)->contentItem()};
-    while (!pending.isEmpty()) {
-        QQuickItem *item = pending.takeLast();
-        if (!item->isVisible()) {
-            continue;
-        }
-        const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
-        // A control without an own Accessible.name bears its text, which offscreen nobody asks it to publish.
-        if ((accessible && accessible->text(QAccessible::Name) == name) || item->property("text") == name) {
-            return item;
-        }
-        pending += item->childItems();
-    }
-    return nullptr;
 }
 
 QQuickWindow *TestShell::secondaryWindow() const
@@ -144,37 +66,6 @@ QQuickWindow *TestShell::secondaryWindow() const
         }
     }
     return nullptr;
-}
-
-void TestShell::click(const QString &name)
-{
-    const auto *pages = bar()->property("stackView").value<QObject *>();
-    QTRY_VERIFY2(find(name) && find(name)->isEnabled() && !pages->property("busy").toBool(), qPrintable(name));
-    const QQuickItem *item = find(name);
-    const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
-    QTest::mouseClick(m_window, Qt::LeftButton, {}, place);
-}
-
-void TestShell::onceShown(const QString &name, const std::function<void()> &action)
-{
-    auto *timer = new QTimer(m_window);
-    connect(timer, &QTimer::timeout, m_window, [this, name, action, timer] {
-        if (const QQuickItem *item = find(name); item && item->isEnabled() && item->opacity() == 1.0) {
-            timer->stop();
-            action();
-        }
-    });
-    timer->start(10);
-}
-
-void TestShell::connectBoard(const QString &board)
-{
-    QSignalSpy connected(m_manager, &ZepManager::connected);
-    m_manager->serialPort()->ports()->setStringList({m_peer->path()}); // which disconnect() listed anew
-    click(board);
-    click(u"Connect"_s);
-    QTRY_COMPARE(connected.count(), 1);
-    QTRY_COMPARE(bar()->state(), u"dashboardPage"_s);
 }
 
 void TestShell::unusableWindowSizeIsReplaced_data()
@@ -216,7 +107,6 @@ void TestShell::windowSizeIsSavedOnlyAtARegularClose()
 
 void TestShell::closingTheWindowEndsTheProgramWhateverIsOpen()
 {
-    onceShown(u"Please press wake up button"_s, [&] { m_peer->say("RANGER -- BUTTON PUSHED"); });
     connectBoard(u"Ranger"_s);
     QTRY_VERIFY(!find(u"Please press wake up button"_s));
     click(u"Expand window"_s);

@@ -38,6 +38,11 @@ ScriptedSession::ScriptedSession(const QString &aopUrl) : m_place(aopUrl), peer(
          }) {
         peer.answer(request, {answer});
     }
+    for (const QString &word : u"PREPASS_EN ZEP_REDUN LORA_EN LORA_REDUN LORA_DEUI LORA_AEUI LORA_AKEY LORA_ACK "
+                               u"ALRT_LIGHT ALRT_ACC ALRT_DRYC "
+                               "ALRT_PB PACQ_SENS ALRT_SENS PACQ POS AOP PREPASS_CFG"_s.split(u' ')) {
+        peer.answer("AT+"_L1 + word + "=*"_L1, {u"+OK"_s}); // the configuration of a Ranger
+    }
     QObject::connect(manager.logger(), &Logger::logCreated, &manager,
                      [this](const QString &line) { log << line.section(u"] "_s, 1); });
 }
