@@ -224,6 +224,8 @@ GridLayout {
             Layout.fillHeight: true
             Layout.fillWidth: true
             Layout.topMargin: root.largeDisplay ? 0 : Style.size.panelPadding
+            // A column of the view is a share of the view's width, which must not follow from it in turn.
+            implicitWidth: 0
             visible: root.rangerModuleSelected && !sensorView.mExpanded
 
             SensorView {

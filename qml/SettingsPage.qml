@@ -123,7 +123,7 @@ Item {
             ColumnLayout {
                 Layout.alignment: Qt.AlignTop
                 Layout.fillHeight: true
-                Layout.maximumHeight: leftColumn.height
+                Layout.maximumHeight: leftColumn.implicitHeight
                 Layout.preferredHeight: Layout.maximumHeight
                 Layout.preferredWidth: page.width / 2
                 clip: true

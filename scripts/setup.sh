@@ -17,6 +17,8 @@ packages=(
     clang-format-14 clang-tidy-14 qml6-module-qttest
     xvfb xdotool imagemagick dbus at-spi2-core python3 python3-gi gir1.2-atspi-2.0 python3-xlib
 )
+# For ./package alone: making and judging a package, and a bare system to install it in.
+package_packages=(dpkg-dev lintian desktop-file-utils appstream debootstrap)
 
 step() { printf '\n==> %s\n' "$*"; }
 stop() { printf '\nStopped: %s\n' "$*" >&2; exit 1; }
@@ -25,10 +27,11 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# install_missing [PACKAGE...]: the packages above, and those named.
 install_missing() {
     command -v apt-get >/dev/null || stop "apt-get was not found: install the packages named in scripts/setup.sh by hand"
     local missing=() package
-    for package in "${packages[@]}"; do
+    for package in "${packages[@]}" "$@"; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
     done
     command -v npm >/dev/null || missing+=(nodejs npm)

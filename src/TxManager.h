@@ -195,6 +195,8 @@ private:
     void flushTxPayloads();
     [[nodiscard]] bool isFirstTx() const;
     [[nodiscard]] bool isLastTx() const;
+    /// Whether the run that made a request still goes on after it, not another one.
+    [[nodiscard]] bool isRunning(quint64 run) const { return m_sequenceRunning && run == m_run; }
     [[nodiscard]] bool checkPayloadBeforeTx(int index);
     void finishRepetition();
     void resetTxState();

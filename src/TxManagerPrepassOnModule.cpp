@@ -43,8 +43,9 @@ void TxManager::schedulePrepassOnModuleTx()
         Q_EMIT txErrorOccured(QStringLiteral("Error: No satellite pass was computed/predicted!"));
         return;
     }
+    const quint64 run = m_run;
     queuePayload();
-    if (m_sequenceRunning) {
+    if (isRunning(run)) {
         waitForNextPass();
         refreshTimeUntilNextTx();
     }
@@ -89,8 +90,9 @@ void TxManager::endPass()
         return;
     }
     m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
+    const quint64 run = m_run;
     getSatelliteNextPass(m_payloadListModel->getOptions(m_currentIndex));
-    if (m_sequenceRunning) {
+    if (isRunning(run)) {
         waitForNextPass();
     }
 }

@@ -168,9 +168,10 @@ bool ZepManager::replayConfig(const QString &path)
         return true; // counts as an empty file
     }
     while (!file.atEnd()) {
-        const QByteArray bytes = file.readLine(lineLengthMax + 1);
+        const QByteArray bytes = file.readLine(lineLengthMax);
+        const bool isWhole = bytes.endsWith('\n') || file.atEnd();
         const QString line = QString::fromUtf8(bytes.trimmed());
-        if (bytes.size() > lineLengthMax || !m_atCmdHandler->parseMessage(line, true)) {
+        if (!isWhole || !m_atCmdHandler->parseMessage(line, true)) {
             m_logger->log(Logger::APP, "Unable to parse configuration entry: "_L1 + shownLine(line));
             return false;
         }

@@ -254,7 +254,8 @@ void ZepManager::processPredictionResponse()
     case AtCmdHandler::ZEP_REDUN: {
         const uchar redundancy = confined<uchar>(line.paramUInt(0));
         if (m_tx->selectedProfile() == TxManager::PERIODIC) {
-            m_tx->periodicProfile()->setRedundancy(redundancy);
+            // A sequence cannot send a payload zero times; 0 is also what an unreadable answer says.
+            m_tx->periodicProfile()->setRedundancy(qMax(redundancy, uchar{1}));
         } else {
             m_tx->prepassProfile()->setRedundancy(redundancy);
         }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "Identity.h"
 #include "QmlTypes.h"
 
 #include <QGuiApplication>
@@ -16,10 +17,10 @@ int main(int argc, char *argv[])
     QQmlApplicationEngine engine;
 
     // Before anything reads a setting: QSettings derives its store from the identity.
-    QGuiApplication::setApplicationName(u"ZepGUI"_s);
-    QGuiApplication::setApplicationVersion(u"4.0.2"_s);
-    QGuiApplication::setOrganizationName(u"Sarvane"_s);
-    QGuiApplication::setOrganizationDomain(u"sarvane.example"_s);
+    QGuiApplication::setApplicationName(Identity::name);
+    QGuiApplication::setApplicationVersion(Identity::version);
+    QGuiApplication::setOrganizationName(Identity::organization);
+    QGuiApplication::setOrganizationDomain(Identity::organizationDomain);
 
     registerQmlTypes();
     QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false\n*.critical=true"_s);

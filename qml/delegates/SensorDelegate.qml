@@ -30,6 +30,7 @@ ItemDelegate {
     checkable: false
     focusPolicy: Qt.NoFocus
     padding: 0
+    verticalPadding: 0
     width: ListView.view.width
 
     background: null
@@ -68,6 +69,7 @@ ItemDelegate {
                 Layout.preferredWidth: root.checkboxWidth
                 checked: root.model.enable
                 enabled: root.model.id !== Id.PUSH_BUTTON
+                verticalPadding: padding
 
                 onClicked: {
                     if (root.model.id === Id.GNSS && !checked && root.prepassOnModuleProfileSelected) {
@@ -86,6 +88,7 @@ ItemDelegate {
                 Layout.preferredWidth: root.checkboxWidth
                 checked: root.model.alert
                 enabled: root.model.enable && root.model.hasAlertCmd
+                verticalPadding: padding
 
                 onClicked: root.model.alert = checked
             }
@@ -97,7 +100,9 @@ ItemDelegate {
 
                 Label {
                     Layout.fillWidth: true
+                    Layout.minimumWidth: Math.min(Math.ceil(implicitWidth), root.thresholdLabelWidth - thresholdInput.Layout.minimumWidth)
                     elide: Text.ElideRight
+                    font.pointSize: 10
                     horizontalAlignment: Text.AlignRight
                     rightPadding: 10
                     text: root.model.thresholdTitle
@@ -105,7 +110,13 @@ ItemDelegate {
                 }
 
                 T.InputTextField {
+                    id: thresholdInput
+
                     Accessible.name: qsTr("%1 threshold").arg(root.model.name)
+                    // In a narrow window it makes room for its label.
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: implicitWidth
+                    Layout.minimumWidth: 75
                     ToolTip.visible: press.active && mToolTip !== ""
                     bottomPadding: 7
                     enabled: root.model.thresholdValues !== "NA"

@@ -89,7 +89,8 @@ RowLayout {
             const file = currentFile.toString();
             // Reading a file with fonts in it can block the interface.
             if ([".doc", ".ppt", ".odt"].some(suffix => file.includes(suffix))) {
-                reject();
+                // Not reject(), which does nothing any more once the dialog is closed.
+                rejected();
             } else {
                 ZepManager.importConfig(file);
             }

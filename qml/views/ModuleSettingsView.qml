@@ -47,6 +47,7 @@ ColumnLayout {
 
             Accessible.name: qsTr("Tx frequency")
             Layout.preferredWidth: powerBox.width
+            bottomPadding: 8
             horizontalAlignment: TextInput.AlignHCenter
 
             onActiveFocusChanged: text = shownFrequency()

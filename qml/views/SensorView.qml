@@ -36,7 +36,11 @@ T.ExpandableView {
         HeaderLabel {
             id: thresholdLabel
 
-            Layout.preferredWidth: 200
+            // In a narrow window it makes room for the rest of the row.
+            Layout.fillWidth: true
+            Layout.maximumWidth: Layout.preferredWidth
+            Layout.minimumWidth: implicitWidth
+            Layout.preferredWidth: root.width * 0.35
             horizontalAlignment: Text.AlignRight
             rightPadding: frame.rightPadding
             text: qsTr("Threshold")

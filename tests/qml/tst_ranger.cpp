@@ -5,7 +5,6 @@
 
 #include <QQmlExpression>
 #include <QRegularExpression>
-#include <QTemporaryFile>
 
 using namespace Qt::StringLiterals;
 
@@ -15,19 +14,188 @@ class TestRanger : public QObject, ProgramWindow
 
 private Q_SLOTS:
     void initTestCase() { prepare(); }
-    void init();
     void cleanup() { stop(); }
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"qrc:|QML"_s));
+        startAnew();
+        m_window->resize(1350, 1200); // all sensors in sight
+    }
 
-    void uncheckedSensorRaisesNoAlert();
-    void gnssStaysOnWhereThePassesArePredicted();
-    void deviceReplacesWhatWasTouched();
-    void fieldsStoreOnlyWhatIsGood_data();
-    void fieldsStoreOnlyWhatIsGood();
-    void spinnerStandsForTheGetButtonWhileBusy();
-    void documentIsRefusedWithoutAWord();
-    void moduleSettingsAreForExperts();
-    void powerFollowsTheDeviceAndNotAnUnappliedChoice();
-    void customCommandNeedsItsPrefixAndShowsItsWait();
+    void uncheckedSensorRaisesNoAlert()
+    {
+        connectBoard(u"Ranger"_s);
+        click(u"Light alert"_s);
+        QVERIFY(alert(SensorModel::LIGHT));
+        click(u"Light enable"_s);
+        QVERIFY(!enable(SensorModel::LIGHT) && !alert(SensorModel::LIGHT));
+        QVERIFY(!checked(u"Light alert"_s) && !enabled(u"Light alert"_s));
+        click(u"Light enable"_s);
+        QVERIFY(!checked(u"Light alert"_s) && enabled(u"Light alert"_s) && !enabled(u"Humidity alert"_s));
+
+        QVERIFY(checked(u"Push button enable"_s) && !enabled(u"Push button enable"_s));
+        find(u"Push button alert"_s)->forceActiveFocus();
+        key(Qt::Key_Space);
+        QVERIFY(alert(SensorModel::PUSH_BUTTON));
+        QVERIFY(text(u"Push button threshold"_s) == u"NA" && !enabled(u"Push button threshold"_s));
+    }
+
+    void gnssStaysOnWhereThePassesArePredicted()
+    {
+        const auto warning =
+            u"WARNING! GNSS sensor is mandatory in Pre-pass mode\nfor accurate prediction pass calculation"_s;
+        connectBoard(u"Ranger"_s);
+        for (const auto profile : {TxManager::PREPASS, TxManager::PREPASS_ON_MODULE}) {
+            m_manager->tx()->setSelectedProfile(TxManager::PERIODIC);
+            click(u"GNSS enable"_s);
+            QVERIFY(!find(warning) && !enable(SensorModel::GNSS));
+            sensors()->setAlert(SensorModel::GNSS, true);
+            sensors()->setEnable(SensorModel::HUMIDITY, false);
+            m_manager->tx()->setSelectedProfile(profile);
+            QVERIFY(checked(u"GNSS enable"_s) && alert(SensorModel::GNSS) && !enable(SensorModel::HUMIDITY));
+        }
+        click(u"GNSS enable"_s);
+        QTRY_VERIFY(find(warning));
+        QVERIFY(enable(SensorModel::GNSS));
+        key(Qt::Key_Escape);
+        QTest::mouseClick(m_window, Qt::LeftButton, {}, {5, 600}); // outside of it
+        QVERIFY(!checked(u"GNSS enable"_s));
+        click(u"OK"_s);
+        QTRY_VERIFY2(!find(warning), "it went by other means than its button");
+        QVERIFY(checked(u"GNSS enable"_s));
+    }
+
+    void deviceReplacesWhatWasTouched()
+    {
+        connectBoard(u"Ranger"_s);
+        for (const bool on : {true, true, false, true}) {
+            click(u"Dry contact enable"_s);
+            sensors()->setEnable(SensorModel::DRY_CONTACT, on);
+            QCOMPARE(checked(u"Dry contact enable"_s), on);
+            type(u"Light threshold"_s, u"7"_s);
+            sensors()->setThresholdValues(SensorModel::LIGHT, u"400,3000"_s);
+            QCOMPARE(text(u"Light threshold"_s), u"400,3000"_s);
+            type(u"Acquisition period"_s, u"59"_s);
+            sensors()->setAcquisitionPeriod(3600);
+            QCOMPARE(text(u"Acquisition period"_s), u"3600"_s);
+        }
+    }
+
+    void fieldsStoreOnlyWhatIsGood()
+    {
+        const auto period = u"Acquisition period"_s;
+        const auto bound = u"Accelerometer threshold"_s;
+        connectBoard(u"Ranger"_s);
+        for (const auto &[field, typed, stored] : {std::tuple{period, u"60"_s, u"60"_s},
+                                                   {period, u"59"_s, u"60"_s},
+                                                   {period, u"65535"_s, u"65535"_s},
+                                                   {period, u"65536"_s, u"65535"_s},
+                                                   {period, u""_s, u"65535"_s},
+                                                   {period, u"1,000"_s, u"1000"_s},
+                                                   {bound, u"x1y,-2z"_s, u"1,2"_s},
+                                                   {bound, u""_s, u"1,2"_s}}) {
+            type(field, typed);
+            key(Qt::Key_Return);
+            key(Qt::Key_Backtab);
+            const auto values = sensors()->sensorMap()[SensorModel::ACCELEROMETER]->thresholdValues();
+            QCOMPARE(field == period ? QString::number(sensors()->acquisitionPeriod()) : values, stored);
+            const bool red = typed == u"59" || typed == u"65536"; // stays as it was typed
+            QCOMPARE(text(field), red ? typed : stored);
+            QCOMPARE(find(field)->property("color").value<QColor>() == QColor("#F44336"), red);
+        }
+    }
+
+    void spinnerStandsForTheGetButtonWhileBusy()
+    {
+        const auto get = u"Configuration: Get parameter(s) from module"_s;
+        const auto busy = u"Configuration under way"_s;
+        connectBoard(u"Ranger"_s);
+        setProcessingData(true);
+        QVERIFY(!find(get) && find(busy));
+        for (const auto &button : {u"Upload config"_s, u"Import configuration file"_s, u"Export configuration"_s}) {
+            QVERIFY2(!enabled(button), qPrintable(button));
+        }
+        setProcessingData(false);
+        click(u"Export configuration"_s);
+        QVERIFY(find(busy) && enabled(u"Upload config"_s));
+        setProcessingData(false); // the end of an export, which never said that it was busy
+        QVERIFY(find(get) && !find(busy));
+    }
+
+    void documentIsRefusedWithoutAWord()
+    {
+        connectBoard(u"Ranger"_s);
+        QObject *scope = find(u"Upload config"_s);
+        QQmlExpression(qmlContext(scope), scope, u"importDialog.currentFolder = 'file://%1'"_s.arg(m_dir.path()))
+            .evaluate();
+        QSignalSpy log(m_manager->logger(), &Logger::logCreated);
+        for (const auto &name : {u"a.docx.txt"_s, u"b.ppt.txt"_s, u"c.odt.txt"_s, u"d.txt"_s}) {
+            QVERIFY(QFile(m_dir.filePath(name)).open(QIODevice::WriteOnly));
+            click(u"Import configuration file"_s);
+            QVERIFY(find(u"Configuration under way"_s));
+            click(name);
+            click(u"Open"_s);
+            QTRY_VERIFY(!find(u"Configuration under way"_s));
+            QCOMPARE(log.isEmpty(), name != u"d.txt");
+        }
+    }
+
+    void powerFollowsTheDeviceAndNotAnUnappliedChoice()
+    {
+        openSettings(u"ZEP1"_s);
+        const auto choice = [this] { return find(u"Tx power"_s)->property("displayText").toString(); };
+        const auto choose = [&] {
+            m_manager->board()->setTxPower(300);
+            QCOMPARE(choice(), u""_s);
+            m_manager->board()->setTxPower(500);
+            find(u"Tx power"_s)->forceActiveFocus();
+            key(Qt::Key_Down);
+            QCOMPARE(choice(), u"250"_s);
+        };
+        choose();
+        m_manager->board()->setTxPower(500); // what it was: a refusal tells it again
+        QCOMPARE(choice(), u"500"_s);
+        choose();
+        find(u"Tx power: Set parameter(s) in module"_s)->forceActiveFocus();
+        m_peer->forgetRequests();
+        key(Qt::Key_Space);
+        QTRY_COMPARE(m_peer->requests(), QStringList(u"AT+PWR=250"_s));
+        choose();
+        m_manager->board()->setTxFrequency(401650000);
+        type(u"Tx frequency"_s, u"1"_s);
+        QCOMPARE(choice(), u"500"_s);
+        key(Qt::Key_Tab);
+        QCOMPARE(text(u"Tx frequency"_s), u"401.65"_s);
+    }
+
+    void expertsCommandNeedsItsPrefixAndShowsItsWait()
+    {
+        const auto field = u"Custom AT command"_s;
+        const auto send = field + u": Set parameter(s) in module"_s;
+        openSettings(u"ZEP2"_s);
+        QVERIFY(find(u"ZEP2 Module settings"_s) && !find(u"Tx power"_s));
+        m_answering = false;
+        m_peer->forgetRequests();
+        m_manager->tx()->setAckPending(true); // it does not wait for a sequence
+        type(field, u"ID=?"_s);
+        key(Qt::Key_Return);
+        QVERIFY(!enabled(send) && m_peer->requests().isEmpty());
+        type(field, u"AT+ID=?"_s);
+        QObject::connect(m_peer.get(), &ScriptedPeer::requested, m_window, [&] {
+            QVERIFY(find(u"Waiting for the answer to the custom AT command"_s) && !find(send));
+            m_peer->say("+ID=00AABB");
+        });
+        key(Qt::Key_Return);
+        QTRY_COMPARE(m_manager->board()->id(), u"00AABB"_s);
+        QTRY_VERIFY(find(send) && enabled(send));
+        m_manager->tx()->setAckPending(false);
+
+        m_manager->disconnect();
+        click(u"Settings"_s);
+        QTRY_VERIFY(find(u"Module settings"_s) && !enabled(field));
+        singleton("Settings", "Settings")->setProperty("mode", ZepManager::BASIC);
+        QVERIFY(!find(field) && !find(u"Module settings"_s));
+    }
 
 private:
     bool enable(SensorModel::Id id) const { return sensors()->sensorMap()[id]->enable(); }
@@ -36,225 +204,15 @@ private:
     bool checked(const QString &box) const { return find(box)->property("checked").toBool(); }
     bool enabled(const QString &control) const { return find(control)->isEnabled(); }
     QString text(const QString &field) const { return find(field)->property("text").toString(); }
-    QVariant evaluate(const QString &inTheControls) const
-    {
-        QObject *scope = find(u"Upload config"_s);
-        return QQmlExpression(qmlContext(scope), scope, inTheControls).evaluate();
-    }
     void setProcessingData(bool on) { QMetaObject::invokeMethod(m_manager, "setProcessingData", Q_ARG(bool, on)); }
-    void key(Qt::Key key) { QTest::keyClick(m_window, key); }
-    void type(const QString &field, const QString &typed)
+    void openSettings(const QString &board)
     {
-        click(field);
-        QTest::keySequence(m_window, QKeySequence::SelectAll);
-        key(Qt::Key_Delete);
-        for (const QChar character : typed) {
-            QTest::keyClick(m_window, character.toLatin1());
-        }
-    }
-    void openSettings(const QString &board, ZepManager::Mode mode)
-    {
-        singleton("Settings", "Settings")->setProperty("mode", mode);
+        singleton("Settings", "Settings")->setProperty("mode", ZepManager::EXPERT);
         connectBoard(board);
         click(u"Settings"_s);
         QTRY_COMPARE(bar()->state(), u"settingsPage"_s);
     }
 };
-
-void TestRanger::init()
-{
-    QTest::failOnWarning(QRegularExpression(u"qrc:|QML"_s));
-    startAnew();
-    m_window->resize(1350, 1200); // all sensors in sight
-}
-
-void TestRanger::uncheckedSensorRaisesNoAlert()
-{
-    connectBoard(u"Ranger"_s);
-    click(u"Light alert"_s);
-    QVERIFY(alert(SensorModel::LIGHT));
-    click(u"Light enable"_s);
-    QVERIFY(!enable(SensorModel::LIGHT) && !alert(SensorModel::LIGHT));
-    QVERIFY(!checked(u"Light alert"_s) && !enabled(u"Light alert"_s));
-    click(u"Light enable"_s);
-    QVERIFY(!checked(u"Light alert"_s) && enabled(u"Light alert"_s) && !enabled(u"Humidity alert"_s));
-
-    QVERIFY(checked(u"Push button enable"_s) && !enabled(u"Push button enable"_s));
-    click(u"Push button alert"_s);
-    QVERIFY(alert(SensorModel::PUSH_BUTTON));
-    QVERIFY(text(u"Push button threshold"_s) == u"NA" && !enabled(u"Push button threshold"_s));
-}
-
-void TestRanger::gnssStaysOnWhereThePassesArePredicted()
-{
-    const auto warning =
-        u"WARNING! GNSS sensor is mandatory in Pre-pass mode\nfor accurate prediction pass calculation"_s;
-    connectBoard(u"Ranger"_s);
-    for (const auto profile : {TxManager::PREPASS, TxManager::PREPASS_ON_MODULE}) {
-        m_manager->tx()->setSelectedProfile(TxManager::PERIODIC);
-        click(u"GNSS enable"_s);
-        QVERIFY(!find(warning) && !enable(SensorModel::GNSS));
-        sensors()->setAlert(SensorModel::GNSS, true);
-        sensors()->setEnable(SensorModel::HUMIDITY, false);
-        m_manager->tx()->setSelectedProfile(profile);
-        QVERIFY(checked(u"GNSS enable"_s) && alert(SensorModel::GNSS) && !enable(SensorModel::HUMIDITY));
-    }
-    click(u"GNSS enable"_s);
-    QTRY_VERIFY(find(warning));
-    QVERIFY(enable(SensorModel::GNSS));
-    key(Qt::Key_Escape);
-    QTest::mouseClick(m_window, Qt::LeftButton, {}, {5, 600}); // outside of it
-    QVERIFY(!checked(u"GNSS enable"_s));
-    click(u"OK"_s);
-    QTRY_VERIFY2(!find(warning), "it went by other means than its button");
-    QVERIFY(checked(u"GNSS enable"_s));
-}
-
-void TestRanger::deviceReplacesWhatWasTouched()
-{
-    connectBoard(u"Ranger"_s);
-    for (const bool on : {true, true, false, true}) {
-        click(u"Dry contact enable"_s);
-        sensors()->setEnable(SensorModel::DRY_CONTACT, on);
-        QCOMPARE(checked(u"Dry contact enable"_s), on);
-        type(u"Light threshold"_s, u"7"_s);
-        sensors()->setThresholdValues(SensorModel::LIGHT, u"400,3000"_s);
-        QCOMPARE(text(u"Light threshold"_s), u"400,3000"_s);
-        type(u"Acquisition period"_s, u"59"_s);
-        sensors()->setAcquisitionPeriod(3600);
-        QCOMPARE(text(u"Acquisition period"_s), u"3600"_s);
-    }
-}
-
-void TestRanger::fieldsStoreOnlyWhatIsGood_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("shown");
-    const auto period = u"Acquisition period"_s;
-    QTest::newRow("below") << period << u"59"_s << u"3600"_s << u"59"_s;
-    QTest::newRow("above") << period << u"65536"_s << u"3600"_s << u"65536"_s;
-    QTest::newRow("lowest") << period << u"60"_s << u"60"_s << u"60"_s;
-    QTest::newRow("highest") << period << u"65535"_s << u"65535"_s << u"65535"_s;
-    QTest::newRow("thousands") << period << u"1,000"_s << u"1000"_s << u"1000"_s;
-    QTest::newRow("no period") << period << u""_s << u"3600"_s << u"3600"_s;
-    QTest::newRow("no digits") << u"Accelerometer threshold"_s << u"x1y,-2z"_s << u"1,2"_s << u"1,2"_s;
-    QTest::newRow("no threshold") << u"Accelerometer threshold"_s << u""_s << u"4000"_s << u"4000"_s;
-}
-
-void TestRanger::fieldsStoreOnlyWhatIsGood()
-{
-    QFETCH(QString, field);
-    QFETCH(QString, typed);
-    QFETCH(QString, stored);
-    QFETCH(QString, shown);
-    connectBoard(u"Ranger"_s);
-    type(field, typed);
-    key(Qt::Key_Return);
-    key(Qt::Key_Backtab);
-    QCOMPARE(field.startsWith(u"Acq") ? QString::number(sensors()->acquisitionPeriod())
-                                      : sensors()->sensorMap()[SensorModel::ACCELEROMETER]->thresholdValues(),
-             stored);
-    QCOMPARE(text(field), shown);
-    QCOMPARE(find(field)->property("color").value<QColor>() == QColor("#F44336"), shown != stored);
-}
-
-void TestRanger::spinnerStandsForTheGetButtonWhileBusy()
-{
-    const auto get = u"Configuration: Get parameter(s) from module"_s;
-    const auto busy = u"Configuration under way"_s;
-    connectBoard(u"Ranger"_s);
-    QVERIFY(find(get) && !find(busy));
-    setProcessingData(true);
-    QVERIFY(!find(get) && find(busy));
-    for (const auto &button : {u"Upload config"_s, u"Import configuration file"_s, u"Export configuration"_s}) {
-        QVERIFY2(!enabled(button), qPrintable(button));
-    }
-    setProcessingData(false);
-    click(u"Export configuration"_s);
-    QVERIFY(find(busy) && enabled(u"Upload config"_s));
-    setProcessingData(false); // the end of an export, which never said that it was busy
-    QVERIFY(find(get) && !find(busy));
-    evaluate(u"exportDialog.reject()"_s);
-}
-
-void TestRanger::documentIsRefusedWithoutAWord()
-{
-    connectBoard(u"Ranger"_s);
-    QSignalSpy log(m_manager->logger(), &Logger::logCreated);
-    for (const auto &suffix : {u"docx"_s, u"ppt"_s, u"odt"_s, u"conf"_s}) {
-        QTemporaryFile file(m_dir.filePath(u"XXXXXX."_s) + suffix);
-        QVERIFY(file.open());
-        click(u"Import configuration file"_s);
-        QVERIFY(find(u"Configuration under way"_s));
-        evaluate(u"importDialog.selectedFile = 'file://%1'; importDialog.accept()"_s.arg(file.fileName()));
-        QTRY_VERIFY(!find(u"Configuration under way"_s));
-        QCOMPARE(log.isEmpty(), suffix != u"conf");
-    }
-}
-
-void TestRanger::moduleSettingsAreForExperts()
-{
-    openSettings(u"Ranger"_s, ZepManager::BASIC);
-    QVERIFY(!find(u"Custom AT command"_s));
-    singleton("Settings", "Settings")->setProperty("mode", ZepManager::EXPERT);
-    QVERIFY(enabled(u"Custom AT command"_s) && find(u"RANGER Module settings"_s) && !find(u"Tx power"_s));
-    m_manager->disconnect();
-    click(u"Settings"_s);
-    QTRY_VERIFY(find(u"Module settings"_s));
-    QVERIFY(!enabled(u"Custom AT command"_s));
-}
-
-void TestRanger::powerFollowsTheDeviceAndNotAnUnappliedChoice()
-{
-    openSettings(u"ZEP1"_s, ZepManager::EXPERT);
-    const auto choice = [this] { return find(u"Tx power"_s)->property("displayText").toString(); };
-    const auto choose = [&] {
-        m_manager->board()->setTxPower(300);
-        QCOMPARE(choice(), u""_s);
-        m_manager->board()->setTxPower(500);
-        find(u"Tx power"_s)->forceActiveFocus();
-        key(Qt::Key_Down);
-        QCOMPARE(choice(), u"250"_s);
-    };
-    choose();
-    m_manager->board()->setTxPower(500); // what it was: a refusal tells it again
-    QCOMPARE(choice(), u"500"_s);
-    choose();
-    find(u"Tx power: Set parameter(s) in module"_s)->forceActiveFocus();
-    m_peer->forgetRequests();
-    key(Qt::Key_Space);
-    QTRY_COMPARE(m_peer->requests(), QStringList(u"AT+PWR=250"_s));
-    choose();
-    m_manager->board()->setTxFrequency(401650000);
-    type(u"Tx frequency"_s, u"1"_s);
-    QCOMPARE(choice(), u"500"_s);
-    key(Qt::Key_Tab);
-    QCOMPARE(text(u"Tx frequency"_s), u"401.65"_s);
-}
-
-void TestRanger::customCommandNeedsItsPrefixAndShowsItsWait()
-{
-    const auto field = u"Custom AT command"_s;
-    const auto send = u"Custom AT command: Set parameter(s) in module"_s;
-    openSettings(u"ZEP2"_s, ZepManager::EXPERT);
-    m_answering = false;
-    m_peer->forgetRequests();
-    m_manager->tx()->setAckPending(true); // it does not wait for a sequence
-    type(field, u"ID=?"_s);
-    key(Qt::Key_Return);
-    QVERIFY(!enabled(send) && m_peer->requests().isEmpty());
-    type(field, u"AT+ID=?"_s);
-    QObject::connect(m_peer.get(), &ScriptedPeer::requested, m_window, [&] {
-        QVERIFY(find(u"Waiting for the answer to the custom AT command"_s) && !find(send));
-        m_peer->say("+ID=00AABB");
-    });
-    key(Qt::Key_Return);
-    QTRY_COMPARE(m_manager->board()->id(), u"00AABB"_s);
-    QTRY_VERIFY(find(send) && enabled(send));
-    m_manager->tx()->setAckPending(false);
-}
 
 QTEST_MAIN(TestRanger)
 #include "tst_ranger.moc"

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QUrl>
 
+#include "PrepassProfile.h"
 #include "TxBench.h"
 
 class TxManagerTest : public QObject
@@ -58,6 +59,9 @@ private Q_SLOTS:
         TxManager &tx = m_bench->create();
         tx.setSelectedProfile(TxManager::PREPASS);
         tx.periodicProfile()->setDelay(255);
+        tx.prepassProfile()->setPosition({43.5, -170.25});
+        tx.prepassProfile()->setConfig({.predictionDuration = 9, .minElevation = 12.5, .minPassDuration = 7});
+        tx.prepassProfile()->setRedundancy(6);
         tx.payloadListModel()->remove(0);
         tx.saveSettings();
         const TxManager &again = m_bench->create();
@@ -69,7 +73,15 @@ private Q_SLOTS:
         QCOMPARE(again.selectedProfile(), TxManager::PREPASS);
         QCOMPARE(int{again.periodicProfile()->delay()}, 255);
         QCOMPARE(store.value("Tx/csvFilePath"), "file:///passes.csv");
-        QCOMPARE(store.value("Tx/Prepass/latitude").toDouble(), 43.5);
+        const PrepassProfile &prepass = *again.prepassProfile();
+        QCOMPARE(QVariantList({prepass.position().latitude, prepass.position().longitude,
+                               prepass.config().predictionDuration, prepass.config().minElevation,
+                               prepass.config().minPassDuration, prepass.redundancy()}),
+                 QVariantList({43.5, -170.25, uchar{9}, 12.5, uchar{7}, uchar{6}}));
+        for (const char *bad : {"text", "nan", "90.5", "-inf"}) {
+            store.setValue("Tx/Prepass/minElevation", bad);
+            QCOMPARE(m_bench->create().prepassProfile()->config().minElevation, 5.0);
+        }
     }
 
     void radioConfigurationOfAnotherSizeIsRefused()

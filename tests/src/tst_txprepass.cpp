@@ -194,6 +194,8 @@ private Q_SLOTS:
         QTest::newRow("begun, not walked") << Passes{-1, 30} << "0:2" << -1 << "";
         QTest::newRow("in a long pass") << Passes{-10000, 600} << "0A 0:3" << 60000 << "";
         QTest::newRow("ends, next near") << Passes{-10000, 30, 59999, 30} << "0A 0:3" << 60000 << "";
+        QTest::newRow("ends in a minute") << Passes{-10000, 70, 90000, 30} << "0A 0:3" << 90000 << "";
+        QTest::newRow("ends after a minute") << Passes{-10000, 71, 90000, 30} << "0A 0:3" << 60000 << "";
         QTest::newRow("ends, next later") << Passes{-10000, 30, 60001, 30} << "0A 0:3" << 60001 << "";
         QTest::newRow("later one ends") << Passes{-20000, 600, -10000, 30, 90000, 30} << "0A 0:3" << 90000 << "";
     }

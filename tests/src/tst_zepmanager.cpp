@@ -149,8 +149,10 @@ void TestZepManager::identificationAsksInOrder_data()
     QTest::newRow("ZEP2, expert") << ZepBoard::ZEP2 << ZepManager::EXPERT << u"PING ID FW ADDR RCONF UDATE"_s
                                   << u"nonsense"_s << 9600;
     QTest::newRow("TBX") << ZepBoard::TBX << ZepManager::BASIC << u"PING ID FW ADDR RCONF UDATE"_s << any << 9600;
-    QTest::newRow("Ranger") << ZepBoard::RANGER << ZepManager::BASIC << u"PING ID FW"_s << any << 115200;
-    QTest::newRow("slow Ranger") << ZepBoard::RANGER << ZepManager::BASIC << u"PING ID FW"_s << u"9600"_s << 9600;
+    const QString all = u"PING ID FW PREPASS_EN UDATE ZEP_REDUN LORA_EN LORA_REDUN LORA_DEUI LORA_AEUI LORA_AKEY "
+                        "LORA_ACK ALRT_LIGHT ALRT_ACC ALRT_DRYC ALRT_PB PACQ_SENS ALRT_SENS PACQ POS AOP PREPASS_CFG"_s;
+    QTest::newRow("Ranger") << ZepBoard::RANGER << ZepManager::BASIC << all << any << 115200;
+    QTest::newRow("slow Ranger") << ZepBoard::RANGER << ZepManager::BASIC << all << u"9600"_s << 9600;
 }
 
 void TestZepManager::identificationAsksInOrder()

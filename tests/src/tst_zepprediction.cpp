@@ -84,6 +84,7 @@ private Q_SLOTS:
         QCOMPARE(lastLine(), u"[APP] Unable to set prediction pass config"_s);
         QCOMPARE(profile()->config().minElevation, 5.0);
         QVERIFY(!m_manager->setPrepassEnable(true) && !m_manager->setTxRedundancy(3));
+        QCOMPARE(lastLine(), u"[APP] Unable to set Tx redundancy"_s);
         m_manager->disconnect();
         completed.clear();
         QVERIFY(!m_manager->setModuleUtcDate(u"2031-03-05T23:58:30Z"_s));
@@ -98,6 +99,11 @@ private Q_SLOTS:
         QVERIFY(m_manager->setGnssPosition(43.5612345, -1.4812345));
         QCOMPARE(lastRequest(), u"AT+POS=43.5612,-1.48123"_s);
         profile()->setPosition({43.5612345, 0.00001});
+        answerAll({u"PREPASS_EN"_s, u"ZEP_REDUN"_s}, u"+OK"_s);
+        QVERIFY(m_manager->setPrepassEnable(true));
+        QCOMPARE(lastRequest(), u"AT+PREPASS_EN=1"_s);
+        QVERIFY(m_manager->setTxRedundancy(3));
+        QCOMPARE(lastRequest(), u"AT+ZEP_REDUN=3"_s);
         QVERIFY(m_manager->setPrepassConfig(2, 10.25, 4));
         QCOMPARE(lastRequest().remove(QRegularExpression(u"T12:58:..Z"_s)),
                  u"AT+PREPASS_CFG=43.5612,1e-05,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
@@ -112,6 +118,9 @@ private Q_SLOTS:
         }
         QCOMPARE(m_manager->tx()->periodicProfile()->redundancy(), uchar(9));
         QCOMPARE(profile()->redundancy(), uchar(255)); // confined, not cut to 44
+        changeTo(ZepBoard::ZEP2);                      // its lines are not read into fields
+        say(u"+ZEP_REDUN=9"_s);
+        QCOMPARE(m_manager->tx()->periodicProfile()->redundancy(), uchar(1)); // a sequence cannot send zero times
     }
 
     void uploadSendsEachSatelliteAUsableBulletin_data()

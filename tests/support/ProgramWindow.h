@@ -18,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QtQuickTest/quicktest.h>
 
 #include <functional>
 #include <memory>
@@ -100,9 +101,23 @@ protected:
     {
         const auto *pages = bar()->property("stackView").value<QObject *>();
         QTRY_VERIFY2(find(name) && find(name)->isEnabled() && !pages->property("busy").toBool(), qPrintable(name));
+        QVERIFY(QQuickTest::qWaitForPolish(m_window)); // everything is in its place
         const QQuickItem *item = find(name);
         const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
         QTest::mouseClick(m_window, Qt::LeftButton, {}, place);
+    }
+
+    void key(Qt::Key key) { QTest::keyClick(m_window, key); }
+
+    /// Types over what stands in \a field, which keeps the focus.
+    void type(const QString &field, const QString &typed)
+    {
+        click(field);
+        QTest::keySequence(m_window, QKeySequence::SelectAll);
+        key(Qt::Key_Delete);
+        for (const QChar character : typed) {
+            QTest::keyClick(m_window, character.toLatin1());
+        }
     }
 
     /// Does \a action as soon as a control called \a name shows, from inside whatever wait spins the event loop.

@@ -77,6 +77,9 @@ private Q_SLOTS:
         QTest::newRow("types") << QByteArray(R"({"satellite": {}, "aop": [1], "broadcastedStatus":
                                     {"fleetfeedIdent": "axy", "downlinkStatus": [], "operatingStatus": 3}})")
                                << ",A,0,0,A,,0,0,0,0,0,0";
+        QTest::newRow("numbers")
+            << satellite("S", "A").replace("7195.6545", "true").replace("-1.97", "null").replace("98.7", "{}")
+            << "S,A,2,3,A,2026-01-06T22:58:17Z,0,0,344.2,-25.3,1000,0";
         QTest::newRow("texts") << satellite("S", "a").replace("7195.6545", "\"NaN\"").replace("01-06", "02-30")
                                << "S,A,2,3,A,,0,98.7,344.2,-25.3,1000,-1.97";
         QTest::newRow("case") << satellite("S", "A", "helio-4 TX ON", "OUT OF SERVICE ")
@@ -88,13 +91,14 @@ private Q_SLOTS:
         QFETCH(const QByteArray, element);
         QFETCH(const QString, read);
         SatelliteAopModel model;
-        QTest::ignoreMessage(QtCriticalMsg, "Satellites without a fleetfeedIdent in AOP data, skipped: 4");
-        QVERIFY(model.loadAopJson(document(R"({}, 7, {"broadcastedStatus": {"fleetfeedIdent": 5}}, )" +
+        QTest::ignoreMessage(QtCriticalMsg, "Satellites without a fleetfeedIdent in AOP data, skipped: 5");
+        QVERIFY(model.loadAopJson(document(R"({}, 7, {"broadcastedStatus": {"fleetfeedIdent": 5}},
+                                               {"broadcastedStatus": ["A"]}, )" +
                                            satellite("no ident", "") + ", " + element)));
         QVERIFY(model.rowCount() == 1);
         QCOMPARE(all(model, 0), read);
         QSignalSpy created(&model, &SatelliteAopModel::creationDateChanged);
-        QVERIFY(model.loadAopJson("{}"));
+        QVERIFY(model.loadAopJson(R"({"creationDate": 5, "satellitesInformation": {}})"));
         QCOMPARE(created.count(), 1);
         QCOMPARE(model.creationDate(), " (UTC)");
         QCOMPARE(all(model, 0), read);
