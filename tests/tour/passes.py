@@ -37,7 +37,8 @@ def import_passes(tour):
 
 def listed(tour):
     """The satellites of the table, row by row."""
-    return [name.split(", ")[0] for role, name in tour.window.names() if role == "list item" and ", " in name]
+    rows = [name.split(", ")[0] for role, name in tour.window.names() if role == "list item" and ", " in name]
+    return rows[1:]  # below the heading
 
 
 def transmit_in_a_pass(tour):
@@ -83,7 +84,7 @@ def open_clock(tour):
 def turn_up(tour, picker, entry):
     """Draws a picker with the mouse, one entry at a time, until the entry is in its middle."""
     for _ in range(5):
-        node = tour.window.wait_for(picker, "spin button")
+        node = tour.window.wait_for(picker)
         if node.get_description() == entry:
             return
         tour.window.drag(node, 0, -node.get_extents(1).height // 5)

@@ -53,9 +53,9 @@ def radio(tour):
     tour.window.click("Tx power", "combo box")
     tour.window.click("500", "menu item")
     tour.window.click("Tx power: Set parameter(s) in module")
-    tour.wait_log("AT+PWR=500", "+OK")
+    tour.wait_wire("AT+PWR=500", "+OK")
     tour.window.click("Tx power: Get parameter(s) from module")
-    tour.wait_log("+PWR=500")
+    tour.wait_wire("+PWR=500")
     tour.shot("radio")
     tour.window.click("Return")
 

@@ -59,6 +59,8 @@ def export(tour):
     text = wait_until(lambda: target.exists() and target.read_text(), "the log is exported")
     check("[APP] AT+PING=?" in text, "the export does not begin with the first request")
     check(f"{tour.name} connected on port {tour.stage.port}" in text, "the export lacks the connection")
+    missing = [part for part in tour.expected if part not in text]
+    check(not missing, f"the export lacks {missing}")
     tour.session_log = text
 
 

@@ -71,7 +71,7 @@ class Stage:
 
     def _start_display(self):
         read_end, write_end = os.pipe()
-        self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp"],
+        self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp", "-noreset"],
                     pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
@@ -90,11 +90,17 @@ class Stage:
 
     def start_simulator(self, *options):
         simulator = self._start([self.build / "sim/zepsim", "--board", self.board, "--link", self.port, "--console",
-                                 self.console_path, "--bulletins", "0", *options],
+                                 self.console_path, "--bulletins", "0", "--trace",
+                                 self.work / "trace", *options],
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
         simulator.stdout.readline()  # the port's own name
         self.bulletins = simulator.stdout.readline().removeprefix("bulletins: ").strip()
         check(self.bulletins and simulator.poll() is None, "the simulator ended at once")
+
+    def wire(self):
+        """What has crossed the wire, line by line; a request begins with AT, an answer with a plus sign."""
+        lines = (self.work / "trace").read_text(errors="replace").splitlines()
+        return [line.split(" ", 2)[2] for line in lines]
 
     def console(self, line):
         """Plays the world: one console line of the simulator, which must say ok."""

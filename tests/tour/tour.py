@@ -42,6 +42,7 @@ class Tour:
         self.board = stage.board
         self.name = session.BOARD_NAMES[stage.board]
         self.session_log = ""
+        self.expected = []
 
     def play(self):
         from window import Window
@@ -49,6 +50,7 @@ class Tour:
         self.stage.start_program(SETTINGS)
         self.window = Window(self.stage.program.pid)
         for step in [*session.BEGIN, *STEPS[self.board], *session.END]:
+            self.wire_mark = len(self.stage.wire())
             start = time.monotonic()
             print(f"==> {step.__name__.replace('_', ' ')}", flush=True)
             step(self)
@@ -59,17 +61,21 @@ class Tour:
         self.stage.screenshot(name)
         check(not own or not self.window.nameless(), f"controls without a name: {self.window.nameless()}")
 
-    def wait_log(self, *parts):
-        """Each part is in a line of the log that shows, and below the part before."""
+    def wait_wire(self, *parts):
+        """Each part is in a line that crossed the wire during this step, and behind the part before."""
         def in_order():
-            text, place = self.window.text(), 0
-            for part in parts:
-                place = text.find(part, place) + 1
-                if place == 0:
-                    return False
-            return True
+            lines = iter(self.wire())
+            return all(any(part in line for line in lines) for part in parts)
 
-        wait_until(in_order, f"{' ... '.join(parts)} in the log")
+        wait_until(in_order, f"{' ... '.join(parts)} on the wire")
+
+    def wire(self):
+        """The lines that crossed the wire during this step."""
+        return self.stage.wire()[self.wire_mark:]
+
+    def expect_log(self, *parts):
+        """Each part must be in the session log when it is exported. What is read off its pane may have scrolled away."""
+        self.expected += parts
 
     def free_command(self, command, answer):
         """Types a command on the settings page, and stays there."""
@@ -77,7 +83,7 @@ class Tour:
             self.window.click("Settings")
         self.window.enter("Custom AT command", command)
         self.window.key("Return")
-        self.wait_log(command, answer)
+        self.wait_wire(command, answer)
         self.window.wait_for("Custom AT command: Set parameter(s) in module")
 
     # The file dialogs are the toolkit's own.

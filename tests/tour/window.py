@@ -3,6 +3,7 @@
 """The program's window as a user or a screen reader meets it: controls found by name, used by mouse and keyboard."""
 
 import subprocess
+import time
 
 import gi
 
@@ -105,7 +106,7 @@ class Window:
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
     def click(self, name, role=None, seconds=15.0):
-        """A real press of the left button in the middle of the control, once it shows and is enabled."""
+        """A real press of the left button in the middle of the control, once it shows, is enabled and stands still."""
         def ready():
             node = self.find(name, role)
             return node if node and node.get_state_set().contains(Atspi.StateType.ENABLED) else None
@@ -113,7 +114,12 @@ class Window:
         self.click_node(wait_until(ready, f"'{name}' shows and is enabled", seconds))
 
     def click_node(self, node):
-        x, y = self.center(node)
+        def rests():
+            place = self.center(node)
+            time.sleep(0.05)
+            return place if place == self.center(node) else None
+
+        x, y = wait_until(rests, "the control comes to rest")
         xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
 
     def drag(self, node, dx, dy):
@@ -125,9 +131,13 @@ class Window:
         xdotool("mousemove", x, y, "sleep", "0.1", "mousedown", 1, *sum(moves, []), "sleep", "0.3", "mouseup", 1,
                 "sleep", "0.3")
 
-    def enter(self, name, text, role=None):
+    def enter(self, name, text):
         """Replaces what stands in a field, by the keyboard."""
-        self.click(name, role)
+        def focused():  # a page on its way in takes no click
+            self.click(name, "text")
+            return self.wait_for(name, "text").get_state_set().contains(Atspi.StateType.FOCUSED)
+
+        wait_until(focused, f"'{name}' takes the focus")
         self.key("ctrl+a")
         self.type(text)
 
