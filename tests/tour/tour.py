@@ -15,12 +15,13 @@ import time
 import passes
 import payloads
 import prediction
+import ranger
 import session
 from stage import ROOT, Stage, check, wait_until
 
 # What the README shows, and how much of the display it is.
 README = {"running": "1350x850", "connect": "1350x850", "in-a-pass": "1350x850", "satellites": "1350x850",
-          "on-module": "1350x850", "settings-light": "1350x850", "large": "1800x1000", "unplugged": "1350x850"}
+          "in-its-pass": "1350x850", "settings-light": "1350x850", "large": "1800x1000", "unplugged": "1350x850"}
 # Short delays, so that a tour lasts a minute: two seconds between the Tx of one payload.
 SETTINGS = """[Tx]
 Periodic\\delay=2
@@ -31,7 +32,7 @@ Periodic\\redundancy=2
 STEPS = {"zep1": [*payloads.SEND, payloads.radio, *passes.STEPS],
          "zep2": [*payloads.SEND, payloads.receive, *passes.STEPS, *prediction.STEPS],
          "tbx": [*payloads.SEND, *passes.STEPS, *prediction.STEPS],
-         "ranger": []}
+         "ranger": ranger.STEPS}
 
 
 class Tour:

@@ -122,6 +122,9 @@ class Window:
         x, y = wait_until(rests, "the control comes to rest")
         xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
 
+    def hover(self, name, role=None):
+        xdotool("mousemove", *self.center(self.wait_for(name, role)), "sleep", "0.3")
+
     def drag(self, node, dx, dy):
         """Draws the middle of a control with the left button, and holds still before letting go."""
         x, y = self.center(node)
