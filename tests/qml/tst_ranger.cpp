@@ -1,30 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ProgramWindow.h"
-
-#include <QQmlExpression>
-#include <QRegularExpression>
+#include "Program.h"
 
 using namespace Qt::StringLiterals;
 
-class TestRanger : public QObject, ProgramWindow
+class TestRanger : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { prepare(); }
-    void cleanup() { stop(); }
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u"qrc:|QML"_s));
-        startAnew();
-        m_window->resize(1350, 1200); // all sensors in sight
+        m_ui = std::make_unique<Program>();
+        m_ui->window->resize(1350, 1200); // all sensors in sight
     }
+    void cleanup() { m_ui.reset(); }
 
     void uncheckedSensorRaisesNoAlert()
     {
-        connectBoard(u"Ranger"_s);
+        m_ui->connectTo(ZepBoard::RANGER);
         click(u"Light alert"_s);
         QVERIFY(alert(SensorModel::LIGHT));
         click(u"Light enable"_s);
@@ -44,21 +39,21 @@ private Q_SLOTS:
     {
         const auto warning =
             u"WARNING! GNSS sensor is mandatory in Pre-pass mode\nfor accurate prediction pass calculation"_s;
-        connectBoard(u"Ranger"_s);
+        m_ui->connectTo(ZepBoard::RANGER);
         for (const auto profile : {TxManager::PREPASS, TxManager::PREPASS_ON_MODULE}) {
-            m_manager->tx()->setSelectedProfile(TxManager::PERIODIC);
+            m_ui->manager->tx()->setSelectedProfile(TxManager::PERIODIC);
             click(u"GNSS enable"_s);
             QVERIFY(!find(warning) && !enable(SensorModel::GNSS));
             sensors()->setAlert(SensorModel::GNSS, true);
             sensors()->setEnable(SensorModel::HUMIDITY, false);
-            m_manager->tx()->setSelectedProfile(profile);
+            m_ui->manager->tx()->setSelectedProfile(profile);
             QVERIFY(checked(u"GNSS enable"_s) && alert(SensorModel::GNSS) && !enable(SensorModel::HUMIDITY));
         }
         click(u"GNSS enable"_s);
         QTRY_VERIFY(find(warning));
         QVERIFY(enable(SensorModel::GNSS));
         key(Qt::Key_Escape);
-        QTest::mouseClick(m_window, Qt::LeftButton, {}, {5, 600}); // outside of it
+        QTest::mouseClick(m_ui->window, Qt::LeftButton, {}, {5, 600}); // outside of it
         QVERIFY(!checked(u"GNSS enable"_s));
         click(u"OK"_s);
         QTRY_VERIFY2(!find(warning), "it went by other means than its button");
@@ -67,7 +62,7 @@ private Q_SLOTS:
 
     void deviceReplacesWhatWasTouched()
     {
-        connectBoard(u"Ranger"_s);
+        m_ui->connectTo(ZepBoard::RANGER);
         for (const bool on : {true, true, false, true}) {
             click(u"Dry contact enable"_s);
             sensors()->setEnable(SensorModel::DRY_CONTACT, on);
@@ -85,7 +80,7 @@ private Q_SLOTS:
     {
         const auto period = u"Acquisition period"_s;
         const auto bound = u"Accelerometer threshold"_s;
-        connectBoard(u"Ranger"_s);
+        m_ui->connectTo(ZepBoard::RANGER);
         for (const auto &[field, typed, stored] : {std::tuple{period, u"60"_s, u"60"_s},
                                                    {period, u"59"_s, u"60"_s},
                                                    {period, u"65535"_s, u"65535"_s},
@@ -101,7 +96,7 @@ private Q_SLOTS:
             QCOMPARE(field == period ? QString::number(sensors()->acquisitionPeriod()) : values, stored);
             const bool red = typed == u"59" || typed == u"65536"; // stays as it was typed
             QCOMPARE(text(field), red ? typed : stored);
-            QCOMPARE(find(field)->property("color").value<QColor>() == QColor("#F44336"), red);
+            QCOMPARE(m_ui->field(field)->property("color").value<QColor>() == QColor("#F44336"), red);
         }
     }
 
@@ -109,7 +104,7 @@ private Q_SLOTS:
     {
         const auto get = u"Configuration: Get parameter(s) from module"_s;
         const auto busy = u"Configuration under way"_s;
-        connectBoard(u"Ranger"_s);
+        m_ui->connectTo(ZepBoard::RANGER);
         setProcessingData(true);
         QVERIFY(!find(get) && find(busy));
         for (const auto &button : {u"Upload config"_s, u"Import configuration file"_s, u"Export configuration"_s}) {
@@ -124,13 +119,12 @@ private Q_SLOTS:
 
     void documentIsRefusedWithoutAWord()
     {
-        connectBoard(u"Ranger"_s);
-        QObject *scope = find(u"Upload config"_s);
-        QQmlExpression(qmlContext(scope), scope, u"importDialog.currentFolder = 'file://%1'"_s.arg(m_dir.path()))
-            .evaluate();
-        QSignalSpy log(m_manager->logger(), &Logger::logCreated);
+        m_ui->connectTo(ZepBoard::RANGER);
+        Program::evaluate(find(u"Upload config"_s),
+                          u"importDialog.currentFolder = 'file://%1'"_s.arg(m_ui->folder.path()));
+        QSignalSpy log(m_ui->manager->logger(), &Logger::logCreated);
         for (const auto &name : {u"a.docx.txt"_s, u"b.ppt.txt"_s, u"c.odt.txt"_s, u"d.txt"_s}) {
-            QVERIFY(QFile(m_dir.filePath(name)).open(QIODevice::WriteOnly));
+            QVERIFY(QFile(m_ui->folder.filePath(name)).open(QIODevice::WriteOnly));
             click(u"Import configuration file"_s);
             QVERIFY(find(u"Configuration under way"_s));
             click(name);
@@ -142,26 +136,26 @@ private Q_SLOTS:
 
     void powerFollowsTheDeviceAndNotAnUnappliedChoice()
     {
-        openSettings(u"ZEP1"_s);
+        openSettings(ZepBoard::ZEP1);
         const auto choice = [this] { return find(u"Tx power"_s)->property("displayText").toString(); };
         const auto choose = [&] {
-            m_manager->board()->setTxPower(300);
+            m_ui->manager->board()->setTxPower(300);
             QCOMPARE(choice(), u""_s);
-            m_manager->board()->setTxPower(500);
+            m_ui->manager->board()->setTxPower(500);
             find(u"Tx power"_s)->forceActiveFocus();
             key(Qt::Key_Down);
             QCOMPARE(choice(), u"250"_s);
         };
         choose();
-        m_manager->board()->setTxPower(500); // what it was: a refusal tells it again
+        m_ui->manager->board()->setTxPower(500); // what it was: a refusal tells it again
         QCOMPARE(choice(), u"500"_s);
         choose();
         find(u"Tx power: Set parameter(s) in module"_s)->forceActiveFocus();
-        m_peer->forgetRequests();
+        m_ui->peer.forgetRequests();
         key(Qt::Key_Space);
-        QTRY_COMPARE(m_peer->requests(), QStringList(u"AT+PWR=250"_s));
+        QTRY_COMPARE(m_ui->peer.requests(), QStringList(u"AT+PWR=250"_s));
         choose();
-        m_manager->board()->setTxFrequency(401650000);
+        m_ui->manager->board()->setTxFrequency(401650000);
         type(u"Tx frequency"_s, u"1"_s);
         QCOMPARE(choice(), u"500"_s);
         key(Qt::Key_Tab);
@@ -172,46 +166,55 @@ private Q_SLOTS:
     {
         const auto field = u"Custom AT command"_s;
         const auto send = field + u": Set parameter(s) in module"_s;
-        openSettings(u"ZEP2"_s);
+        openSettings(ZepBoard::ZEP2);
         QVERIFY(find(u"ZEP2 Module settings"_s) && !find(u"Tx power"_s));
-        m_answering = false;
-        m_peer->forgetRequests();
-        m_manager->tx()->setAckPending(true); // it does not wait for a sequence
+        m_ui->answers.insert(u"AT+ID=?"_s, {});
+        m_ui->peer.forgetRequests();
+        m_ui->manager->tx()->setAckPending(true); // it does not wait for a sequence
         type(field, u"ID=?"_s);
         key(Qt::Key_Return);
-        QVERIFY(!enabled(send) && m_peer->requests().isEmpty());
+        QVERIFY(!enabled(send) && m_ui->peer.requests().isEmpty());
         type(field, u"AT+ID=?"_s);
-        QObject::connect(m_peer.get(), &ScriptedPeer::requested, m_window, [&] {
+        QObject::connect(&m_ui->peer, &ScriptedPeer::requested, m_ui->window, [&] {
             QVERIFY(find(u"Waiting for the answer to the custom AT command"_s) && !find(send));
-            m_peer->say("+ID=00AABB");
+            m_ui->peer.say("+ID=00AABB");
         });
         key(Qt::Key_Return);
-        QTRY_COMPARE(m_manager->board()->id(), u"00AABB"_s);
+        QTRY_COMPARE(m_ui->manager->board()->id(), u"00AABB"_s);
         QTRY_VERIFY(find(send) && enabled(send));
-        m_manager->tx()->setAckPending(false);
+        m_ui->manager->tx()->setAckPending(false);
 
-        m_manager->disconnect();
+        m_ui->manager->disconnect();
         click(u"Settings"_s);
         QTRY_VERIFY(find(u"Module settings"_s) && !enabled(field));
-        singleton("Settings", "Settings")->setProperty("mode", ZepManager::BASIC);
+        m_ui->singleton("Settings", "Settings")->setProperty("mode", ZepManager::BASIC);
         QVERIFY(!find(field) && !find(u"Module settings"_s));
     }
 
 private:
     bool enable(SensorModel::Id id) const { return sensors()->sensorMap()[id]->enable(); }
     bool alert(SensorModel::Id id) const { return sensors()->sensorMap()[id]->alert(); }
-    SensorModel *sensors() const { return m_manager->board()->sensorListModel(); }
-    bool checked(const QString &box) const { return find(box)->property("checked").toBool(); }
+    SensorModel *sensors() const { return m_ui->manager->board()->sensorListModel(); }
+    bool checked(const QString &box) const { return m_ui->checked(box); }
     bool enabled(const QString &control) const { return find(control)->isEnabled(); }
-    QString text(const QString &field) const { return find(field)->property("text").toString(); }
-    void setProcessingData(bool on) { QMetaObject::invokeMethod(m_manager, "setProcessingData", Q_ARG(bool, on)); }
-    void openSettings(const QString &board)
+    QString text(const QString &field) const { return m_ui->text(field); }
+    QQuickItem *find(const QString &name) const { return m_ui->find(name); }
+    void click(const QString &name) const { m_ui->click(name); }
+    void type(const QString &field, const QString &typed) const { m_ui->enter(field, typed); }
+    void key(Qt::Key key) const { QTest::keyClick(m_ui->window, key); }
+    void setProcessingData(bool on) const
     {
-        singleton("Settings", "Settings")->setProperty("mode", ZepManager::EXPERT);
-        connectBoard(board);
-        click(u"Settings"_s);
-        QTRY_COMPARE(bar()->state(), u"settingsPage"_s);
+        QMetaObject::invokeMethod(m_ui->manager, "setProcessingData", Q_ARG(bool, on));
     }
+    void openSettings(ZepBoard::Module module)
+    {
+        m_ui->singleton("Settings", "Settings")->setProperty("mode", ZepManager::EXPERT);
+        m_ui->connectTo(module);
+        click(u"Settings"_s);
+        QTRY_COMPARE(m_ui->bar()->state(), u"settingsPage"_s);
+    }
+
+    std::unique_ptr<Program> m_ui;
 };
 
 QTEST_MAIN(TestRanger)
