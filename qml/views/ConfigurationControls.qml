@@ -77,6 +77,15 @@ RowLayout {
         }
     }
 
+    // A dialog can outlive the session, and then has nothing to end the spinner by.
+    Connections {
+        function onDisconnected() {
+            configSpinner.visible = false;
+        }
+
+        target: ZepManager
+    }
+
     T.FileDialog {
         id: importDialog
 
