@@ -4,16 +4,21 @@
 // The whole window with its panes, a device pouring lines: how long the event loop is held, and what it costs.
 // Prints "name value" lines for bench/run.
 
+#include "PrepassModel.h"
 #include "QmlTypes.h"
+#include "TxManager.h"
 #include "WireThread.h"
 #include "ZepManager.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
+#include <QTemporaryFile>
 #include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <cstdio>
@@ -27,6 +32,8 @@ constexpr int wireBytesPerSecond = 11'520; // 115200 baud, ten bits a byte
 constexpr int wireSeconds = 10;
 constexpr int wireLines = wireBytesPerSecond * wireSeconds / 60;
 constexpr int idleMilliseconds = 10'000;
+constexpr int importedRows = 100'000;
+constexpr qint64 importedSpan = 30 * 86'400; // s that the passes spread over
 
 /// Of this thread, which is the program's: the device's thread beside it asks its terminal a thousand times a second.
 double cpuSeconds()
@@ -61,6 +68,34 @@ void waitFor(int milliseconds)
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
+}
+
+/// The pause, in milliseconds, while a long table of passes is imported and shown.
+qint64 importStall(ZepManager &manager)
+{
+    QTemporaryFile file;
+    if (!file.open()) {
+        qFatal("no file for the table");
+    }
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    file.write("Satellite,Start date/time,Middle date/time,End date/time,Duration,Middle elevation,Start azimuth,"
+               "Middle azimuth,End azimuth\n");
+    for (int row = 0; row < importedRows; ++row) {
+        const QString date = now.addSecs(60 + row * 7919LL % importedSpan).toString(u"MM-dd-yyyy hh:mm:ss"_s);
+        file.write(u"SAT-%1,%2,%2,%2,00:12:00,45.25,10.5,180.25,350.75\n"_s.arg(row % 25).arg(date).toUtf8());
+    }
+    file.close();
+
+    TxManager *tx = manager.tx();
+    tx->setSelectedProfile(TxManager::PREPASS);
+    waitFor(500);
+    const Pulse pulse;
+    tx->importPrepassData(QUrl::fromLocalFile(file.fileName()).toString());
+    waitFor(1000); // the rows that show
+    if (tx->prepassListModel()->rowCount() != importedRows) {
+        qFatal("the table was not taken whole");
+    }
+    return pulse.longest();
 }
 } // namespace
 
@@ -114,6 +149,7 @@ int main(int argc, char *argv[])
         std::printf("wire_core_share %.4f\nwire_stall_ms %lld\n",
                     (cpuSeconds() - before) / (double(time.elapsed()) / 1000), static_cast<long long>(pulse.longest()));
     }
+    std::printf("import_stall_ms %lld\n", static_cast<long long>(importStall(*manager)));
     waitFor(1000);
     const double before = cpuSeconds();
     waitFor(idleMilliseconds);

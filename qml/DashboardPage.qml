@@ -22,7 +22,7 @@ GridLayout {
     readonly property bool zep2ModuleSelected: g_zep2ModuleSelected
     // qmllint enable unqualified
 
-    readonly property bool mTxColumnShown: rangerModuleSelected ? sensorPane.implicitContentHeight > 0 : !txView.mExpanded
+    readonly property bool mTxColumnShown: rangerModuleSelected ? !sensorView.mExpanded : !txView.mExpanded
 
     signal windowClosed(int layoutId)
     signal windowOpened(int layoutId)
@@ -128,10 +128,9 @@ GridLayout {
                 Layout.fillWidth: true
             }
 
-            RowLayout {
+            ConfigurationControls {
                 id: configurationGroup
 
-                spacing: 10
                 visible: root.rangerModuleSelected
             }
         }
@@ -193,7 +192,7 @@ GridLayout {
         Layout.column: root.largeDisplay ? 2 : 1
         Layout.fillHeight: true
         Layout.fillWidth: true
-        // A pane without a view is not shown, and takes no room.
+        // A pane whose view is in its own window is not shown, and takes no room.
         Layout.maximumHeight: root.mTxColumnShown ? root.height : 0
         Layout.maximumWidth: root.mTxColumnShown ? root.width : 0
         Layout.preferredHeight: root.height
@@ -225,7 +224,18 @@ GridLayout {
             Layout.fillHeight: true
             Layout.fillWidth: true
             Layout.topMargin: root.largeDisplay ? 0 : Style.size.panelPadding
-            visible: root.rangerModuleSelected && implicitContentHeight > 0
+            // A column of the view is a share of the view's width, which must not follow from it in turn.
+            implicitWidth: 0
+            visible: root.rangerModuleSelected && !sensorView.mExpanded
+
+            SensorView {
+                id: sensorView
+
+                mParentPane: sensorPane
+
+                onWindowClosed: layoutId => root.windowClosed(layoutId)
+                onWindowOpened: layoutId => root.windowOpened(layoutId)
+            }
         }
     }
 

@@ -9,6 +9,7 @@ import Settings
 import Style
 import com.sarvane.qml
 import "types" as T
+import "views"
 
 /// The look of the interface, what this program is and, for experts, the settings of the module and the log.
 Item {
@@ -19,8 +20,6 @@ Item {
     readonly property string uiSettingsTitle: qsTr("UI settings")
 
     readonly property bool mExpert: Settings.mode === ZepManager.EXPERT
-    // The module settings are not shown before their pane holds a view.
-    readonly property bool mModuleSettingsShown: mExpert && moduleParametersPane.implicitContentHeight > 0
 
     property bool connected: false
 
@@ -94,7 +93,7 @@ Item {
                     Layout.topMargin: Style.size.panelPadding
                     text: root.connected ? (ZepManager.board?.name ?? "") + " " + root.moduleSettingsTitle : root.moduleSettingsTitle
                     textFormat: Text.PlainText
-                    visible: root.mModuleSettingsShown
+                    visible: root.mExpert
                 }
 
                 T.Pane {
@@ -103,7 +102,9 @@ Item {
                     Layout.fillWidth: true
                     clip: true
                     enabled: root.connected
-                    visible: root.mModuleSettingsShown
+                    visible: root.mExpert
+
+                    ModuleSettingsView {}
                 }
 
                 Label {
@@ -114,7 +115,7 @@ Item {
                     font.pointSize: 10
                     text: qsTr("Please be aware that 'Expert' commands can <b>damage</b> the module if they are not used properly!")
                     textFormat: Text.StyledText
-                    visible: root.mModuleSettingsShown
+                    visible: root.mExpert
                     wrapMode: Text.Wrap
                 }
             }
@@ -122,8 +123,7 @@ Item {
             ColumnLayout {
                 Layout.alignment: Qt.AlignTop
                 Layout.fillHeight: true
-                // Without the module settings the left column is too low to measure the log by.
-                Layout.maximumHeight: root.mModuleSettingsShown ? leftColumn.height : root.height / 2
+                Layout.maximumHeight: leftColumn.implicitHeight
                 Layout.preferredHeight: Layout.maximumHeight
                 Layout.preferredWidth: page.width / 2
                 clip: true

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 requestCapacity = 16 * 1024; // bytes of a request's head
+constexpr qint64 requestCapacity = qint64{16} * 1024; // bytes of a request's head
 const QByteArray documentPath = QByteArrayLiteral("/mdr/resources/fleetfeed");
 
 QByteArray response(const QByteArray &status, const QByteArray &body)

@@ -117,9 +117,10 @@ QDateTime readDeviceDate(const QString &text)
     if (!hasDateForm(text)) {
         return {};
     }
-    QDateTime date = QDateTime::fromString(text, QStringLiteral("yyyy-M-dTH:m:sZ"));
-    date.setTimeSpec(Qt::UTC);
-    return date;
+    // Apart, because as one it would pass through the computer's own time zone, which leaves hours out.
+    const QDate date = QDate::fromString(text.section(u'T', 0, 0), QStringLiteral("yyyy-M-d"));
+    const QTime time = QTime::fromString(text.section(u'T', 1), QStringLiteral("H:m:sZ"));
+    return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
 }
 
 QString deviceDate(const QDateTime &date)

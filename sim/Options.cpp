@@ -93,6 +93,9 @@ SimOptionsResult readOptions(const QStringList &arguments)
         {QStringLiteral("auto-wake"),
          QStringLiteral("Push the ranger's wake-up button so many seconds after a client has opened the port."),
          QStringLiteral("SECONDS")},
+        {QStringLiteral("awake-for"),
+         QStringLiteral("Seconds without a request after which the ranger falls asleep again; 600 by default."),
+         QStringLiteral("SECONDS")},
         {QStringLiteral("trace"), QStringLiteral("Write every line with its direction and time in ms to this file."),
          QStringLiteral("PATH")},
         {QStringLiteral("console"),
@@ -133,12 +136,14 @@ SimOptionsResult readOptions(const QStringList &arguments)
     double airtime = options.airtimeMs;
     double latency = options.latencyMs;
     double wakeSeconds = 0;
+    double awakeSeconds = options.awakeMs / 1000.0;
     double bulletinPort = 0;
     QString message;
     if (!readNumber(parser, QStringLiteral("seed"), 0, 4294967295.0, seed, message) ||
         !readNumber(parser, QStringLiteral("airtime"), 0, maxMilliseconds, airtime, message) ||
         !readNumber(parser, QStringLiteral("latency"), 0, maxMilliseconds, latency, message) ||
         !readNumber(parser, QStringLiteral("auto-wake"), 0, maxMilliseconds / 1000.0, wakeSeconds, message) ||
+        !readNumber(parser, QStringLiteral("awake-for"), 0.001, maxMilliseconds / 1000.0, awakeSeconds, message) ||
         !readNumber(parser, QStringLiteral("bulletins"), 0, maxPort, bulletinPort, message)) {
         return {std::nullopt, message, 2};
     }
@@ -154,6 +159,7 @@ SimOptionsResult readOptions(const QStringList &arguments)
     options.seed = quint32(seed);
     options.airtimeMs = int(airtime);
     options.latencyMs = int(latency);
+    options.awakeMs = int(awakeSeconds * 1000);
     if (parser.isSet(QStringLiteral("auto-wake"))) {
         options.autoWakeMs = int(wakeSeconds * 1000);
     }

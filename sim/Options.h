@@ -25,6 +25,7 @@ struct SimOptions
     int airtimeMs = 1500;                ///< length of one transmission
     int latencyMs = 0;                   ///< delay of every answer
     bool baudPace = false;               ///< bytes leave as 9600 baud would send them
+    int awakeMs = 600'000;               ///< without a request for so long, a ranger falls asleep again
     std::optional<int> autoWakeMs;       ///< the button is pushed so long after a client opened the port
     QString traceFile;                   ///< log of every line; empty for none
     QString consoleSocket;               ///< local socket of the line console; empty for none

@@ -13,7 +13,7 @@ namespace {
 constexpr double earthRadiusKm = 6371;
 constexpr double fastestMinutes = 84; // round the Earth at ground level
 constexpr double msPerMinute = 60'000;
-constexpr qint64 dayMs = 24 * 60 * 60 * 1000;
+constexpr qint64 dayMs = qint64{24} * 60 * 60 * 1000;
 
 double radians(double degrees)
 {
@@ -94,7 +94,7 @@ std::optional<Pass> PassPredictor::nextPass(const QDateTime &after, const QDateT
             break;
         }
         const qint64 set = lastSeen(rise, rise + dayMs);
-        const auto pass = worthwhilePass(rise, set);
+        auto pass = worthwhilePass(rise, set);
         if (pass && pass->start <= until) {
             return pass;
         }

@@ -88,10 +88,10 @@ Run hex(const std::function<void(QString)> &action)
     };
 }
 
-Run sleeper(Simulator &simulator, const std::function<void()> &action)
+Run sleeper(Simulator &simulator, const Run &action)
 {
     return [&simulator, action](const QString &argument) {
-        return simulator.device().canSleep() ? plain(action)(argument) : QStringLiteral("this board never sleeps");
+        return simulator.device().canSleep() ? action(argument) : QStringLiteral("this board never sleeps");
     };
 }
 
@@ -109,8 +109,16 @@ SimConsole::SimConsole(Simulator &simulator)
     // clang-format off
     m_rows = {
         // word, help, action
-        {"wake", ": the ranger's button is pushed", sleeper(simulator, [&device] { device.wakeUp(); })},
-        {"sleep", ": the ranger falls asleep", sleeper(simulator, [&device] { device.fallAsleep(); })},
+        {"wake", ": the ranger's button is pushed", sleeper(simulator, plain([&device] { device.wakeUp(); }))},
+        {"sleep", ": the ranger falls asleep", sleeper(simulator, plain([&device] { device.fallAsleep(); }))},
+        {"sleep-in-the-middle", " N: the ranger falls asleep behind its answer to the N th setting from now",
+         sleeper(simulator, number(1, maxCount, [&device](int count) { device.fallAsleepAfter(count); }))},
+        {"lose-restart", ": the ranger never reports that its next restart has restored its parameters",
+         sleeper(simulator, plain([&device] { device.loseRestart(); }))},
+        {"refuse", " WORD: requests of this command are answered by an error from now on, or no longer so",
+         [&device](const QString &commandWord) {
+             return device.toggleRefused(commandWord) ? QString() : QStringLiteral("no such command on this board");
+         }},
         {"rx", " HEX: a message from a satellite comes in",
          hex([&simulator](const QString &data) { simulator.speak(QStringLiteral("+RX=") + data); })},
         {"rx-after", " HEX: as rx, behind the result of the next good message with an attribute",

@@ -11,6 +11,7 @@
 #include "SimTransmitter.h"
 
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 #include <map>
@@ -33,8 +34,16 @@ public:
     void fallAsleep();
     /// Says the device's last words and starts it again.
     void failAssertion(const QString &text);
-    /// What the loss of its power leaves of the device: its settings, and a ranger asleep.
+    /// What the loss of its power leaves of the device: the settings in force, and a ranger asleep.
     void cutPower();
+
+    // Faults of the device itself.
+    /// The next restart is never reported.
+    void loseRestart() { m_losesRestart = true; }
+    /// Answers requests of \a word by an error from now on, or no longer so; false if the board does not know it.
+    [[nodiscard]] bool toggleRefused(const QString &word);
+    /// Falls asleep behind the answer to the \a count th setting from now on.
+    void fallAsleepAfter(int count) { m_settingsUntilSleep = count; }
 
     void setFirmware(const QString &text) { m_firmware = text; }
     [[nodiscard]] SimTransmitter &transmitter() { return m_transmitter; }
@@ -46,6 +55,8 @@ Q_SIGNALS:
 
 private:
     void add(const std::vector<Command> &commands);
+    [[nodiscard]] Answer run(const Command &command, const QString &data);
+    void stayAwake();
     void restart();
 
     const Board m_board;
@@ -57,5 +68,9 @@ private:
     SimTransmitter m_transmitter;
     std::map<QString, Command> m_commands;
     QTimer m_restartTimer;
+    QTimer m_sleepTimer;
     bool m_awake;
+    bool m_losesRestart = false;
+    int m_settingsUntilSleep = 0; ///< 0 for no such fault
+    QSet<QString> m_refused;
 };

@@ -71,7 +71,7 @@ const std::vector<SettingRow> &rows()
 
 } // namespace
 
-SimSettings::SimSettings(quint32 seed)
+SimSettings::SimSettings(Board board, quint32 seed) : m_needsRestart(board == Board::Ranger)
 {
     for (const SettingRow &row : rows()) {
         m_values.insert(QLatin1String(row.name), QString::fromLatin1(row.initial).split(u','));
@@ -84,6 +84,7 @@ SimSettings::SimSettings(quint32 seed)
     const SimIdentity identity(seed);
     m_values.insert(QStringLiteral("LORA_AEUI"), identity.loraAppEui);
     m_values.insert(QStringLiteral("LORA_AKEY"), identity.loraAppKey);
+    apply();
 }
 
 std::vector<Command> SimSettings::commands()
@@ -102,7 +103,7 @@ std::vector<Command> SimSettings::commands()
 
 QString SimSettings::text(const QString &name, int index) const
 {
-    return m_values.value(name).value(index);
+    return m_inForce.value(name).value(index);
 }
 
 int SimSettings::number(const QString &name, int index) const
@@ -114,5 +115,8 @@ Answer SimSettings::store(const QString &name, bool keepsOmitted, const QStringL
 {
     const QStringList kept = keepsOmitted ? m_values.value(name).mid(params.size()) : QStringList();
     m_values.insert(name, params + kept);
+    if (!m_needsRestart) {
+        apply();
+    }
     return Answer::ok();
 }

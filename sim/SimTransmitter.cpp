@@ -114,7 +114,7 @@ ErrorCode SimTransmitter::readMessage(const QStringList &params, SimFifo::Messag
 {
     message.data = params.first();
     if (params.size() > 1) {
-        const QString word = params.at(1);
+        const QString &word = params.at(1);
         bool isHex = false;
         message.attribute = word.toUInt(&isHex, 16);
         if (!isHex || !word.startsWith(QLatin1String("0x"))) {

@@ -215,7 +215,8 @@ void Simulator::sendDueAnswers()
         m_answers.pop_front();
         for (const QString &line : std::as_const(answer.lines)) {
             const bool isLast = &line == &answer.lines.constLast();
-            sendLine(line.toUtf8(), answer.split, isLast ? std::move(answer.afterwards) : std::function<void()>());
+            sendLine(line.toUtf8(), answer.split,
+                     isLast ? std::exchange(answer.afterwards, {}) : std::function<void()>());
         }
     }
     if (!m_answers.empty()) {

@@ -120,11 +120,10 @@ void TxManager::schedulePrepassTx()
         armSchedule(toNext);
         return;
     }
-    if (m_activePassIdxCount != 0 && m_nextPassIdx != 0 &&
-        m_utcTime.msecsTo(m_prepassListModel->getEndUtc(m_nextPassIdx - 1)) > c_txStep) {
+    const bool staysInPass = m_activePassIdxCount != 0 && m_nextPassIdx != 0 &&
+                             m_utcTime.msecsTo(m_prepassListModel->getEndUtc(m_nextPassIdx - 1)) > c_txStep;
+    if (staysInPass || toNext < c_txStep) { // or falls inside the next pass
         armSchedule(c_txStep);
-    } else if (toNext < c_txStep) {
-        armSchedule(c_txStep); // falls inside the next pass
     } else if (hasNext) {
         armSchedule(toNext);
     } else {

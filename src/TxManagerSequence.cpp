@@ -188,7 +188,7 @@ void TxManager::onTxDone(const QString &data)
         m_payloadListModel->setTxCount(m_currentIndex, m_currentTxCount);
         if (m_currentTxCount < redundancy) {
             m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
-        } else {
+        } else if (m_currentTxCount == redundancy) {
             m_payloadListModel->setStatus(m_currentIndex, Payload::COMPLETE);
             if (const int next = m_currentIndex + 1; next < m_payloadListModel->rowCount()) {
                 if (!checkPayloadBeforeTx(next)) {

@@ -180,6 +180,9 @@ bool ZepManager::replayConfig(const QString &path)
             return false;
         }
         processResponse();
+        if (!m_atCmdHandler) {
+            return false; // the session ended inside: a device's assertion flushes what is queued
+        }
     }
     return true;
 }

@@ -57,11 +57,12 @@ void ZepManager::getLoRaConfig()
     }
     const QPointer<ZepBoard> board = m_board;
     for (const auto &question : questions) {
-        if (!sendCommand(question.id, {}, shortTimeout)) {
-            m_logger->log(Logger::APP, QString::fromLatin1(question.failure));
-        }
+        const bool answered = sendCommand(question.id, {}, shortTimeout);
         if (isWaitPointless(board)) {
             return;
+        }
+        if (!answered) {
+            m_logger->log(Logger::APP, QString::fromLatin1(question.failure));
         }
     }
 }

@@ -41,7 +41,7 @@ bool ZepManager::setTxPower(ushort power)
 
 void ZepManager::getRadioConfig()
 {
-    if (!sendCommand(AtCmdHandler::RCONF, {}, shortTimeout)) {
+    if (!sendCommand(AtCmdHandler::RCONF, {}, shortTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get radio configuration"_s);
     }
 }

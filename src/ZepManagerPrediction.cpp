@@ -80,7 +80,7 @@ bool ZepManager::setModuleUtcDate(const QString &isoDate)
 
 void ZepManager::getPrepassEnable()
 {
-    if (!sendCommand(AtCmdHandler::PREPASS_EN, {}, shortTimeout)) {
+    if (!sendCommand(AtCmdHandler::PREPASS_EN, {}, shortTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get prediction pass 'enable' status"_s);
     }
 }
@@ -92,7 +92,7 @@ bool ZepManager::setPrepassEnable(bool enable)
 
 void ZepManager::getPrepassConfig()
 {
-    if (!sendCommand(AtCmdHandler::PREPASS_CFG, {}, longTimeout)) {
+    if (!sendCommand(AtCmdHandler::PREPASS_CFG, {}, longTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get prediction pass config"_s);
     }
 }
@@ -118,7 +118,7 @@ bool ZepManager::setPrepassConfig(uchar predictionDuration, double minElevation,
 
 void ZepManager::getGnssPosition()
 {
-    if (!sendCommand(AtCmdHandler::POS, {}, shortTimeout)) {
+    if (!sendCommand(AtCmdHandler::POS, {}, shortTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get GNSS position"_s);
     }
 }
@@ -135,7 +135,7 @@ bool ZepManager::setGnssPosition(double latitude, double longitude)
 
 void ZepManager::getAopData()
 {
-    if (!sendCommand(AtCmdHandler::AOP, {}, shortTimeout)) {
+    if (!sendCommand(AtCmdHandler::AOP, {}, shortTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get AOP data"_s);
     }
 }
@@ -217,7 +217,7 @@ void ZepManager::getSatelliteNextPass(const Payload::Options &options)
 
 void ZepManager::getTxRedundancy()
 {
-    if (!sendCommand(AtCmdHandler::ZEP_REDUN, {}, shortTimeout)) {
+    if (!sendCommand(AtCmdHandler::ZEP_REDUN, {}, shortTimeout) && m_board) {
         m_logger->log(Logger::APP, u"Unable to get Tx redundancy"_s);
     }
 }

@@ -47,29 +47,33 @@ ItemDelegate {
     }
     contentItem: RowLayout {
         Cell {
-            Layout.minimumWidth: usualName.advanceWidth
+            mLeast: "Names-10"
             mShare: 0.1
             text: root.satelliteName
         }
 
         Cell {
+            mLeast: "DNLK"
             mShare: 0.1
             text: root.mDownlink
         }
 
         Cell {
+            mLeast: "Elevation"
             mShare: 0.2
             text: root.middleElevation === 0 ? qsTr("NA") : root.middleElevation
         }
 
         Cell {
             horizontalAlignment: Text.AlignRight
+            mLeast: "Mon Jan 01, 00:00:00"
             mShare: 0.4
             text: root.startUTC === "" ? qsTr("NA") : root.startUTC
         }
 
         Cell {
             horizontalAlignment: Text.AlignRight
+            mLeast: "00:00:00"
             mShare: 0.2
             text: root.duration
         }
@@ -81,12 +85,11 @@ ItemDelegate {
         source: Style.font.robotoMono
     }
 
-    TextMetrics {
-        id: usualName
+    FontMetrics {
+        id: metrics
 
         font.family: monospace.name
         font.pointSize: 10
-        text: "Names-10"
     }
 
     Connections {
@@ -101,9 +104,12 @@ ItemDelegate {
     }
 
     component Cell: Label {
+        // The usual text, for which there is room before the shares count.
+        required property string mLeast
         required property real mShare
 
         Layout.fillWidth: true
+        Layout.minimumWidth: metrics.advanceWidth(mLeast)
         Layout.preferredWidth: root.availableWidth * mShare
         color: root.isHeader ? restColor : root.isActive ? Style.color.sarvaneDark : root.mIsNext ? Style.color.sarvaneLight : restColor
         elide: Text.ElideRight

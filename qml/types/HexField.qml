@@ -15,7 +15,8 @@ RowLayout {
     required property int mLength
     // The label beside it.
     required property string mName
-    required property string mValue
+    // Untyped: a string tells nobody that the device said what is known, and what was typed over would stay.
+    required property var mValue
 
     signal confirmed(digits: string)
     signal editingChosen(on: bool)

@@ -22,14 +22,11 @@ T.InputTextField {
         decimals: root.mDecimals
         locale: "C"
         notation: DoubleValidator.StandardNotation
-        top: root.mTo
+        // A comma, which it takes between thousands to read 0,045 as 45, leaves no number that would do.
+        top: root.text.includes(",") ? -Infinity : root.mTo
     }
 
     onTextEdited: {
-        // The validator takes it between thousands, and 0,045 for 45.
-        for (let comma = text.indexOf(","); comma >= 0; comma = text.indexOf(",")) {
-            remove(comma, comma + 1);
-        }
         if (acceptableInput) {
             edited(Number(text));
         }

@@ -3,6 +3,7 @@
 
 import QtQuick
 import QtQuick.Controls.Material
+import Style
 import "../delegates"
 
 /// A table of satellite passes under its heading; what is declared in it stands above the rows.
@@ -11,6 +12,22 @@ Frame {
 
     readonly property alias mCount: list.count
     property alias mModel: list.model
+
+    // What a usual row needs.
+    implicitWidth: metrics.advanceWidth("Names-10 DNLK Elevation Mon Jan 01, 00:00:00 00:00:00") + 2 * 16 + leftPadding + rightPadding
+
+    FontMetrics {
+        id: metrics
+
+        font.family: monospace.name
+        font.pointSize: 10
+    }
+
+    FontLoader {
+        id: monospace
+
+        source: Style.font.robotoMono
+    }
 
     ListView {
         id: list

@@ -40,7 +40,6 @@ ToolButton {
         implicitWidth: Material.touchTarget
 
         Ripple {
-            active: root.enabled && root.mRippleActive
             anchor: root
             clip: !root.mRippleHalf
             color: Material.rippleColor
@@ -49,6 +48,17 @@ ToolButton {
             width: root.mRippleHalf ? height : parent.width
             x: (parent.width - width) / 2
             y: (parent.height - height) / 2
+        }
+
+        // Still, where an active ripple would grow: a ripple of Qt 6.4 that was active before does not always come
+        // again, with the software renderer never.
+        Rectangle {
+            anchors.centerIn: parent
+            color: Material.rippleColor
+            height: root.mRippleHalf ? width : parent.height
+            radius: root.mRippleHalf ? width / 2 : 0
+            visible: root.enabled && root.mRippleActive
+            width: root.mRippleHalf ? parent.height * Math.SQRT1_2 : parent.width
         }
     }
 }

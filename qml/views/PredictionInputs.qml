@@ -21,11 +21,39 @@ GridLayout {
     // qmllint enable unqualified
 
     // Untyped, for the tools know no type of its bytes.
-    readonly property var mConfig: ZepManager.tx.prepassProfile.config
+    readonly property var mProfile: ZepManager.tx.prepassProfile
+
+    // A Ranger has no button that would send its fields: each takes an acceptable number at once, and half a text must
+    // not be overwritten by the number that was taken from it.
+    property Item mWritten: null
+
+    function takeAtOnce(field: Item, take: var): void {
+        if (rangerModuleSelected) {
+            mWritten = field;
+            take();
+            mWritten = null;
+        }
+    }
+
+    function show(field: TextField, value: real): void {
+        if (field !== mWritten) {
+            field.text = value;
+        }
+    }
+
+    // Whatever was typed over, also where the module says what is known: only the signal tells of that.
+    function showConfig(): void {
+        const config = mProfile.config;
+        show(durationField, config.predictionDuration);
+        show(elevationField, config.minElevation);
+        show(passDurationField, config.minPassDuration);
+    }
 
     columns: 3
     rowSpacing: 0
     rows: root.zep2ModuleSelected ? 4 : 3
+
+    Component.onCompleted: showConfig()
 
     Heading {
         id: configHeading
@@ -66,7 +94,6 @@ GridLayout {
         mFrom: 0
         mTo: 182
         mToolTip: qsTr("Duration for prediction calculation (in days)")
-        text: root.mConfig.predictionDuration
         visible: root.zep2ModuleSelected
     }
 
@@ -79,17 +106,17 @@ GridLayout {
         text: qsTr("Min. elevation")
     }
 
-    ConfigField {
+    T.NumberField {
         id: elevationField
 
         Accessible.name: qsTr("Min. elevation")
+        enabled: root.enableInput
         mDecimals: 2
         mFrom: 0
         mTo: 90
         mToolTip: qsTr("Minimum elevation (in °)")
-        mValue: root.mConfig.minElevation
 
-        onChosen: number => ZepManager.tx.prepassProfile.setConfigMinElevation(number)
+        onEdited: number => root.takeAtOnce(elevationField, () => root.mProfile.setConfigMinElevation(number))
     }
 
     T.UnitLabel {
@@ -100,44 +127,28 @@ GridLayout {
         text: qsTr("Min. pass duration")
     }
 
-    ConfigField {
+    T.NumberField {
         id: passDurationField
 
         Accessible.name: qsTr("Min. pass duration")
+        enabled: root.enableInput
         mFrom: 0
         mTo: 60
         mToolTip: qsTr("Minimum pass duration (in minutes)")
-        mValue: root.mConfig.minPassDuration
 
-        onChosen: number => ZepManager.tx.prepassProfile.setConfigMinPassDuration(number)
+        onEdited: number => root.takeAtOnce(passDurationField, () => root.mProfile.setConfigMinPassDuration(number))
     }
 
     T.UnitLabel {
         text: qsTr("minutes(s)")
     }
 
-    // A Ranger has no button that would send the field: it takes each acceptable number at once.
-    component ConfigField: T.NumberField {
-        id: configField
-
-        required property real mValue
-
-        signal chosen(number: real)
-
-        enabled: root.enableInput
-
-        // While the field is written in, a number taken from half a text must not overwrite the text.
-        Binding on text {
-            restoreMode: Binding.RestoreNone
-            value: configField.mValue
-            when: !(root.rangerModuleSelected && configField.activeFocus)
+    Connections {
+        function onConfigChanged() {
+            root.showConfig();
         }
 
-        onEdited: number => {
-            if (root.rangerModuleSelected) {
-                configField.chosen(number);
-            }
-        }
+        target: ZepManager.tx.prepassProfile
     }
 
     component Heading: Label {

@@ -28,6 +28,7 @@ GridLayout {
     columnSpacing: rangerModuleSelected ? 5 : 15
     columns: 2
     rowSpacing: 0
+    rows: 3
 
     Label {
         id: utcLabel

@@ -54,9 +54,14 @@ ColumnLayout {
         Layout.fillWidth: true
         currentIndex: tabBar.currentIndex
 
-        ProfileTab {}
+        // In controls of their own: layouts right below a StackLayout can miss the next change inside them (Qt 6.4).
+        Control {
+            contentItem: ProfileTab {}
+        }
 
-        ModulationTab {}
+        Control {
+            contentItem: ModulationTab {}
+        }
 
         LoraTab {
             id: loraSettings

@@ -53,14 +53,21 @@ ColumnLayout {
         }
     }
 
-    // The click has moved the mark already, without a change that would move it back.
+    // The click has moved the mark already, without a change that would move it back. What is written here is seen
+    // until the next change of the profile.
     function restoreButtons(): void {
         if (periodicProfileSelected) {
-            periodicRadioButton.checked = Qt.binding(() => root.periodicProfileSelected);
+            periodicRadioButton.checked = true;
         } else {
-            prepassRadioButton.checked = Qt.binding(() => root.anyPrepassSelected);
-            prepassSettings.prepassModuleBasedSwitch.checked = Qt.binding(() => root.prepassOnModuleProfileSelected);
+            prepassRadioButton.checked = true;
+            prepassSettings.prepassModuleBasedSwitch.checked = prepassOnModuleProfileSelected;
         }
+    }
+
+    function followProfile(): void {
+        periodicRadioButton.checked = Qt.binding(() => root.periodicProfileSelected);
+        prepassRadioButton.checked = Qt.binding(() => root.anyPrepassSelected);
+        prepassSettings.prepassModuleBasedSwitch.checked = Qt.binding(() => root.prepassOnModuleProfileSelected);
     }
 
     RowLayout {
@@ -130,6 +137,14 @@ ColumnLayout {
 
     Item {
         Layout.fillHeight: true
+    }
+
+    Connections {
+        function onSelectedProfileChanged() {
+            root.followProfile();
+        }
+
+        target: ZepManager.tx
     }
 
     TutoDialog {

@@ -3,21 +3,11 @@
 
 #include "Logger.h"
 #include "PayloadModel.h"
-#include "QmlTypes.h"
+#include "Program.h"
 #include "TxManager.h"
-#include "ZepManager.h"
 
-#include <QAccessible>
 #include <QClipboard>
-#include <QGuiApplication>
-#include <QQmlApplicationEngine>
-#include <QQmlContext>
-#include <QQmlExpression>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QSettings>
 #include <QStandardPaths>
-#include <QTest>
 
 // The page in a window that says itself which board and profile are selected; the transmission side behind it is the
 // real one, with no device.
@@ -65,16 +55,17 @@ private Q_SLOTS:
     void rangerHasNoTxAndRxPanes();
 
 private:
-    QQuickItem *find(const QString &name, QQuickItem *in = nullptr) const;
-    QVariant evaluate(QObject *scope, const QString &expression) const;
+    QQuickItem *find(const QString &name, QQuickItem *in = nullptr) const { return m_screen.find(name, "visible", in); }
     QString logs(const QString &frame) const { return evaluate(find(frame), "parent.parent.getLogs()").toString(); }
     QObject *listOf(const QString &frame) const { return find(frame)->property("mList").value<QObject *>(); }
-    QPoint centre(QQuickItem *item) const { return item->mapToScene(item->boundingRect().center()).toPoint(); }
-    void click(const QString &name) { QTest::mouseClick(m_window, Qt::LeftButton, {}, centre(find(name))); }
+    void click(const QString &name) { m_screen.click(name); }
+    static QPoint centre(QQuickItem *item) { return Screen::centre(item); }
+    static QVariant evaluate(QObject *scope, const QString &expression) { return Screen::evaluate(scope, expression); }
 
     QQmlApplicationEngine *m_engine = nullptr;
     ZepManager *m_manager = nullptr;
     PayloadModel *m_payloads = nullptr;
+    Screen m_screen;
     QQuickWindow *m_window = nullptr;
     QObject *m_page = nullptr;
 };
@@ -99,6 +90,7 @@ void tst_Dashboard::init()
     m_engine->loadData(windowSource, QUrl("qrc:/qml/window.qml"));
     QVERIFY(!m_engine->rootObjects().isEmpty());
     m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst());
+    m_screen.window = m_window;
     m_page = m_window->property("page").value<QObject *>();
     m_manager = m_engine->singletonInstance<ZepManager *>(qmlTypeId("com.sarvane.qml", 1, 0, "ZepManager"));
     m_payloads = m_manager->tx()->payloadListModel();
@@ -112,28 +104,6 @@ void tst_Dashboard::init()
 void tst_Dashboard::cleanup()
 {
     delete m_engine;
-}
-
-QQuickItem *tst_Dashboard::find(const QString &name, QQuickItem *in) const
-{
-    if (in == nullptr) {
-        in = m_window->contentItem();
-    }
-    for (QQuickItem *child : in->childItems()) {
-        const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(child);
-        if (accessible != nullptr && accessible->text(QAccessible::Name) == name && child->isVisible()) {
-            return child;
-        }
-        if (QQuickItem *item = find(name, child)) {
-            return item;
-        }
-    }
-    return nullptr;
-}
-
-QVariant tst_Dashboard::evaluate(QObject *scope, const QString &expression) const
-{
-    return QQmlExpression(qmlContext(scope), scope, expression).evaluate();
 }
 
 void tst_Dashboard::rxFrameTakesOnlyWhatAModulePassesOn_data()
@@ -279,7 +249,7 @@ void tst_Dashboard::optionsExcludeEachOtherAndReadOffInPrepass()
 
     m_window->setProperty("g_prepassProfileSelected", true);
     QVERIFY(!checked("P0 ACK") && stored().optionAck);
-    click("P0 ACK");
+    QTest::mouseClick(m_window, Qt::LeftButton, {}, centre(find("P0 ACK")));
     QVERIFY(!checked("P0 ACK") && stored().optionAck);
     m_window->setProperty("g_prepassProfileSelected", false);
     QVERIFY(checked("P0 ACK"));

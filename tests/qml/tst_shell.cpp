@@ -1,26 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "QmlTypes.h"
-#include "ScriptedPeer.h"
-#include "ZepManager.h"
+#include "Program.h"
 
-#include <QAccessible>
 #include <QClipboard>
-#include <QGuiApplication>
-#include <QQmlApplicationEngine>
 #include <QQmlComponent>
-#include <QQmlContext>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QRegularExpression>
-#include <QSettings>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -30,9 +15,8 @@ class TestShell : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void init() { m_ui = std::make_unique<Program>(); }
+    void cleanup() { m_ui.reset(); }
 
     void unusableWindowSizeIsReplaced_data();
     void unusableWindowSizeIsReplaced();
@@ -53,112 +37,32 @@ private Q_SLOTS:
     void copyStripsWhiteSpaceAndKeepsTheTextBound();
 
 private:
-    void start();
-    void stop();
     void connectBoard(const QString &board);
-    [[nodiscard]] QQuickItem *find(const QString &name, QQuickWindow *window = nullptr) const;
-    [[nodiscard]] QQuickItem *bar() const { return m_window->property("header").value<QQuickItem *>(); }
+    [[nodiscard]] QQuickItem *find(const QString &name) const { return m_ui->find(name); }
+    [[nodiscard]] QQuickItem *bar() const { return m_ui->bar(); }
     [[nodiscard]] QQuickWindow *secondaryWindow() const;
-    [[nodiscard]] QObject *settings() const { return singleton("Settings", "Settings"); }
-    [[nodiscard]] QObject *singleton(const char *module, const char *type) const
-    {
-        return m_engine->singletonInstance<QObject *>(qmlTypeId(module, 1, 0, type));
-    }
-    void click(const QString &name);
+    [[nodiscard]] QObject *settings() const { return m_ui->singleton("Settings", "Settings"); }
+    void click(const QString &name) const { m_ui->click(name); }
     /// Does \a action as soon as a control called \a name shows, from inside whatever wait spins the event loop.
     void onceShown(const QString &name, const std::function<void()> &action);
 
-    QTemporaryDir m_dir;
-    std::unique_ptr<ScriptedPeer> m_peer;
-    std::unique_ptr<QQmlApplicationEngine> m_engine;
-    QQuickWindow *m_window = nullptr;
-    ZepManager *m_manager = nullptr;
+    std::unique_ptr<Program> m_ui;
 };
-
-void TestShell::initTestCase()
-{
-    QGuiApplication::setOrganizationName(u"Sarvane"_s);
-    QGuiApplication::setApplicationName(u"ZepGUI"_s);
-    QVERIFY(m_dir.isValid());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.path());
-    registerQmlTypes();
-}
-
-void TestShell::init()
-{
-    QTest::failOnWarning(QRegularExpression(u"qrc:|QML"_s));
-    QSettings().clear();
-    QSettings().setValue(u"firstVisit"_s, false);
-    m_peer = std::make_unique<ScriptedPeer>();
-    connect(m_peer.get(), &ScriptedPeer::requested, this, [this] { m_peer->say("+OK"); });
-    start();
-}
-
-void TestShell::cleanup()
-{
-    stop();
-    m_peer.reset();
-}
-
-void TestShell::start()
-{
-    m_engine = std::make_unique<QQmlApplicationEngine>();
-    m_engine->rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
-    m_engine->load(QUrl(u"qrc:/qml/main.qml"_s));
-    QVERIFY(!m_engine->rootObjects().isEmpty());
-    m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().first());
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_manager = qobject_cast<ZepManager *>(singleton("com.sarvane.qml", "ZepManager"));
-    m_manager->serialPort()->ports()->setStringList({m_peer->path()});
-}
-
-void TestShell::stop()
-{
-    m_engine.reset();
-    m_window = nullptr;
-}
-
-QQuickItem *TestShell::find(const QString &name, QQuickWindow *window) const
-{
-    QList<QQuickItem *> pending{(window ? window : m_window)->contentItem()};
-    while (!pending.isEmpty()) {
-        QQuickItem *item = pending.takeLast();
-        if (!item->isVisible()) {
-            continue;
-        }
-        const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
-        // A control without an own Accessible.name bears its text, which offscreen nobody asks it to publish.
-        if ((accessible && accessible->text(QAccessible::Name) == name) || item->property("text") == name) {
-            return item;
-        }
-        pending += item->childItems();
-    }
-    return nullptr;
-}
 
 QQuickWindow *TestShell::secondaryWindow() const
 {
     for (QWindow *window : QGuiApplication::allWindows()) {
-        if (window != m_window && window->isVisible()) {
+        if (window != m_ui->window && window->isVisible()) {
             return qobject_cast<QQuickWindow *>(window);
         }
     }
     return nullptr;
 }
 
-void TestShell::click(const QString &name)
-{
-    const auto *pages = bar()->property("stackView").value<QObject *>();
-    QTRY_VERIFY2(find(name) && find(name)->isEnabled() && !pages->property("busy").toBool(), qPrintable(name));
-    const QQuickItem *item = find(name);
-    const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
-    QTest::mouseClick(m_window, Qt::LeftButton, {}, place);
-}
-
 void TestShell::onceShown(const QString &name, const std::function<void()> &action)
 {
-    auto *timer = new QTimer(m_window);
-    connect(timer, &QTimer::timeout, m_window, [this, name, action, timer] {
+    auto *timer = new QTimer(m_ui->window);
+    connect(timer, &QTimer::timeout, m_ui->window, [this, name, action, timer] {
         if (const QQuickItem *item = find(name); item && item->isEnabled() && item->opacity() == 1.0) {
             timer->stop();
             action();
@@ -169,8 +73,8 @@ void TestShell::onceShown(const QString &name, const std::function<void()> &acti
 
 void TestShell::connectBoard(const QString &board)
 {
-    QSignalSpy connected(m_manager, &ZepManager::connected);
-    m_manager->serialPort()->ports()->setStringList({m_peer->path()}); // which disconnect() listed anew
+    QSignalSpy connected(m_ui->manager, &ZepManager::connected);
+    m_ui->manager->serialPort()->ports()->setStringList({m_ui->peer.path()}); // which disconnect() listed anew
     click(board);
     click(u"Connect"_s);
     QTRY_COMPARE(connected.count(), 1);
@@ -193,47 +97,47 @@ void TestShell::unusableWindowSizeIsReplaced()
 {
     QFETCH(QVariant, width);
     QFETCH(QVariant, height);
-    stop();
+    m_ui->stop();
     QSettings().setValue(u"windowWidth"_s, width);
     QSettings().setValue(u"windowHeight"_s, height);
-    start();
-    QTEST(m_window->size(), "size");
+    m_ui->start();
+    QTEST(m_ui->window->size(), "size");
 }
 
 void TestShell::windowSizeIsSavedOnlyAtARegularClose()
 {
-    m_window->resize(1000, 800);
-    stop();
+    m_ui->window->resize(1000, 800);
+    m_ui->stop();
     QCOMPARE(QSettings().value(u"windowWidth"_s, 1350).toInt(), 1350);
-    start();
-    m_window->resize(1000, 800);
-    QTRY_COMPARE(m_window->width(), 1000);
-    m_window->close();
-    stop();
+    m_ui->start();
+    m_ui->window->resize(1000, 800);
+    QTRY_COMPARE(m_ui->window->width(), 1000);
+    m_ui->window->close();
+    m_ui->stop();
     QCOMPARE(QSettings().value(u"windowWidth"_s).toInt(), 1000);
     QCOMPARE(QSettings().value(u"windowHeight"_s).toInt(), 800);
 }
 
 void TestShell::closingTheWindowEndsTheProgramWhateverIsOpen()
 {
-    onceShown(u"Please press wake up button"_s, [&] { m_peer->say("RANGER -- BUTTON PUSHED"); });
+    onceShown(u"Please press wake up button"_s, [&] { m_ui->peer.say("RANGER -- BUTTON PUSHED"); });
     connectBoard(u"Ranger"_s);
     QTRY_VERIFY(!find(u"Please press wake up button"_s));
     click(u"Expand window"_s);
     QTRY_VERIFY(secondaryWindow());
-    m_peer->say("RANGER -- SLEEP");
-    QTRY_VERIFY(!m_manager->board()->isAwake());
+    m_ui->peer.say("RANGER -- SLEEP");
+    QTRY_VERIFY(!m_ui->manager->board()->isAwake());
 
     onceShown(u"Request ZEP info"_s, [&] { click(u"Request ZEP info"_s); });
-    onceShown(u"Please press wake up button"_s, [&] { m_window->close(); });
-    QTimer::singleShot(5000, m_window, [] { QCoreApplication::exit(1); });
+    onceShown(u"Please press wake up button"_s, [&] { m_ui->window->close(); });
+    QTimer::singleShot(5000, m_ui->window, [] { QCoreApplication::exit(1); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }
 
 void TestShell::failedConnectionIsToldPlainlyAndForgotten()
 {
     const QString port = u"/dev/<b>none</b>"_s;
-    m_manager->serialPort()->ports()->setStringList({port});
+    m_ui->manager->serialPort()->ports()->setStringList({port});
     click(u"ZEP2"_s);
     click(u"Connect"_s);
     const QString title = u"Unable to open port "_s + port;
@@ -244,7 +148,7 @@ void TestShell::failedConnectionIsToldPlainlyAndForgotten()
 
     click(u"OK"_s);
     QTRY_VERIFY(!find(title));
-    QVERIFY(!m_manager->board());
+    QVERIFY(!m_ui->manager->board());
     QCOMPARE(bar()->state(), u"connectionPage"_s);
 }
 
@@ -254,7 +158,7 @@ void TestShell::basicModeNeverUsesAHiddenBaudRate()
     click(u"Expert"_s);
     QTRY_VERIFY(find(u"Baudrate"_s));
     QTRY_VERIFY(find(u"More settings available!"_s));
-    QQuickItem *box = find(u"Baudrate"_s);
+    QQuickItem *box = m_ui->find(u"Baudrate"_s, "currentIndex");
     box->setProperty("currentIndex", 2);
     QCOMPARE(box->property("currentText").toString(), u"115200"_s);
     click(u"Basic"_s);
@@ -262,8 +166,8 @@ void TestShell::basicModeNeverUsesAHiddenBaudRate()
     QVERIFY(!box->isVisible());
 
     click(u"Expert"_s);
-    stop();
-    start();
+    m_ui->stop();
+    m_ui->start();
     QVERIFY(find(u"Baudrate"_s));
     QVERIFY(!find(u"More settings available!"_s));
 }
@@ -271,16 +175,16 @@ void TestShell::basicModeNeverUsesAHiddenBaudRate()
 void TestShell::welcomeGreetsTheFirstVisitorOnly()
 {
     const QString welcome =
-        singleton("Strings", "Strings")->property("tuto").value<QObject *>()->property("welcome").toString();
+        m_ui->singleton("Strings", "Strings")->property("tuto").value<QObject *>()->property("welcome").toString();
     QVERIFY(!find(welcome));
-    stop();
+    m_ui->stop();
     QSettings().clear();
-    start();
+    m_ui->start();
     QTRY_VERIFY(find(welcome));
-    QTest::mouseClick(m_window, Qt::LeftButton, {}, QPoint(10, 400)); // outside of it
+    QTest::mouseClick(m_ui->window, Qt::LeftButton, {}, QPoint(10, 400)); // outside of it
     QTRY_VERIFY(!find(welcome));
-    stop();
-    start();
+    m_ui->stop();
+    m_ui->start();
     QVERIFY(!find(welcome));
     click(u"Hello!"_s);
     QTRY_VERIFY(find(welcome));
@@ -297,7 +201,7 @@ void TestShell::sessionThatEndsUnderTheSettingsPageLandsOnTheConnectionPage()
     click(u"Settings"_s);
     QTRY_COMPARE(bar()->state(), u"settingsPage"_s);
 
-    m_manager->disconnect();
+    m_ui->manager->disconnect();
     QCOMPARE(bar()->state(), u"connectionPage"_s);
     QTRY_VERIFY(find(u"Connect"_s));
     click(u"Settings"_s);
@@ -313,18 +217,18 @@ void TestShell::disconnectDialogFollowsTheBoardAndWaits()
     QTRY_VERIFY(find(u"Disconnect ZEP1?"_s));
     click(u"Cancel"_s);
     QTRY_VERIFY(!find(u"Disconnect ZEP1?"_s));
-    QVERIFY(m_manager->board());
+    QVERIFY(m_ui->manager->board());
 
     click(u"Disconnect"_s);
     // A transmission that is not answered is waited for; the dialog stays and cannot be pressed again.
-    m_manager->tx()->setAckPending(true);
-    QTimer::singleShot(500, m_manager, [this] {
+    m_ui->manager->tx()->setAckPending(true);
+    QTimer::singleShot(500, m_ui->manager, [this] {
         QVERIFY(find(u"Disconnect ZEP1?"_s));
         QVERIFY(!find(u"OK"_s)->isEnabled());
-        m_manager->tx()->setAckPending(false);
+        m_ui->manager->tx()->setAckPending(false);
     });
     click(u"OK"_s);
-    QTRY_VERIFY(!m_manager->board());
+    QTRY_VERIFY(!m_ui->manager->board());
     QTRY_VERIFY(!find(u"OK"_s));
     connectBoard(u"ZEP2"_s);
     click(u"Disconnect"_s);
@@ -340,14 +244,14 @@ void TestShell::expandedViewComesBackWhenASerialErrorClosesItsWindow()
         QTRY_VERIFY(secondaryWindow());
         QQuickWindow *secondary = secondaryWindow();
         const QString view = secondary->title();
-        QTRY_VERIFY(find(view, secondary));
+        QTRY_VERIFY(Screen{secondary}.find(view));
         QVERIFY(!find(view));
 
-        Q_EMIT m_manager->serialPort()->serialError(u"The cable is gone"_s);
+        Q_EMIT m_ui->manager->serialPort()->serialError(u"The cable is gone"_s);
         QTRY_VERIFY(!secondary->isVisible());
         QTRY_VERIFY(find(view));
         QTRY_VERIFY(find(u"The cable is gone"_s));
-        QVERIFY(!find(u"The cable is gone"_s, secondary));
+        QVERIFY(!Screen{secondary}.find(u"The cable is gone"_s));
         click(u"OK"_s);
         QTRY_COMPARE(bar()->state(), u"connectionPage"_s);
         QTRY_VERIFY(!find(u"OK"_s));
@@ -358,7 +262,7 @@ void TestShell::okInASerialErrorDuringTheWakeUpWaitIsSafe()
 {
     bool pressed = false;
     onceShown(u"Please press wake up button"_s, [&] {
-        Q_EMIT m_manager->serialPort()->serialError(u"The cable is gone"_s);
+        Q_EMIT m_ui->manager->serialPort()->serialError(u"The cable is gone"_s);
         onceShown(u"OK"_s, [&] {
             click(u"OK"_s);
             pressed = true;
@@ -367,7 +271,7 @@ void TestShell::okInASerialErrorDuringTheWakeUpWaitIsSafe()
     click(u"Ranger"_s);
     click(u"Connect"_s);
     QTRY_VERIFY(pressed);
-    QVERIFY(!m_manager->board());
+    QVERIFY(!m_ui->manager->board());
     QTRY_VERIFY(!find(u"Cancel"_s));
     QTRY_VERIFY(!find(u"OK"_s));
     connectBoard(u"ZEP1"_s);
@@ -383,10 +287,10 @@ void TestShell::wakeUpDialogClosesWithTheWait_data()
 void TestShell::wakeUpDialogClosesWithTheWait()
 {
     QFETCH(bool, woken);
-    QSignalSpy connected(m_manager, &ZepManager::connected);
+    QSignalSpy connected(m_ui->manager, &ZepManager::connected);
     onceShown(u"Please press wake up button"_s, [&] {
         if (woken) {
-            m_peer->say("RANGER -- BUTTON PUSHED");
+            m_ui->peer.say("RANGER -- BUTTON PUSHED");
         } else {
             click(u"Cancel"_s);
         }
@@ -400,7 +304,7 @@ void TestShell::wakeUpDialogClosesWithTheWait()
 
 void TestShell::copyStripsWhiteSpaceAndKeepsTheTextBound()
 {
-    QQmlComponent component(m_engine.get());
+    QQmlComponent component(m_ui->engine.get());
     component.setData("import QtQuick\n"
                       "import \"qrc:/qml/types\" as T\n"
                       "Item { property string key: '00 11\\t22'; property alias shown: edit.text\n"
@@ -409,7 +313,7 @@ void TestShell::copyStripsWhiteSpaceAndKeepsTheTextBound()
                       QUrl(u"qrc:/qml/test.qml"_s));
     const std::unique_ptr<QObject> root(component.create());
     QVERIFY2(root, qPrintable(component.errorString()));
-    qobject_cast<QQuickItem *>(root.get())->setParentItem(m_window->contentItem());
+    qobject_cast<QQuickItem *>(root.get())->setParentItem(m_ui->window->contentItem());
     QMetaObject::invokeMethod(root->findChild<QQuickItem *>(u"copy"_s), "clicked");
     QCOMPARE(QGuiApplication::clipboard()->text(), u"001122"_s);
     QCOMPARE(root->property("shown").toString(), u"00 11\t22"_s);

@@ -340,7 +340,7 @@ void TestSimDevice::sampleBlocksAreTheirModulation()
     QFETCH(QString, modulation);
     QFETCH(int, goodSize);
     QFETCH(int, badSize);
-    const QDir folder(QFINDTESTDATA("../../sim/rconf"));
+    const QDir folder(QStringLiteral(QT_TESTCASE_SOURCEDIR "/../sim/rconf"));
     const QStringList names = folder.entryList({"radio_conf_*_" + modulation + ".bin"});
     QCOMPARE(names.size(), 1);
     QFile file(folder.filePath(names.first()));

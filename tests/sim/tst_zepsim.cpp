@@ -112,7 +112,8 @@ private Q_SLOTS:
     void foreignFileIsNotReplacedByTheLink();
     void rangerHearsNothingUntilItsButtonIsPushed();
     void rangerWakesUpForEachClientThatOpensThePort();
-    void restartIsDeafAndReported();
+    void settingOfARangerLastsOnlyFromItsRestartOn();
+    void rangerFailsInTheMiddleOfItsConfiguration();
     void assertionEndsTheTransmission();
 
     void bulletinsAreServedWithTheFaultAskedFor_data();
@@ -453,14 +454,40 @@ void TestZepsim::rangerWakesUpForEachClientThatOpensThePort()
     QTRY_COMPARE(m_client->bytes, "RANGER -- BUTTON PUSHED\r\n");
 }
 
-void TestZepsim::restartIsDeafAndReported()
+void TestZepsim::settingOfARangerLastsOnlyFromItsRestartOn()
 {
     startOn(Board::Ranger);
     QCOMPARE(execute("wake"), QStringLiteral("ok"));
-    m_client->send("AT+PACQ=120\r\nAT+RST=\r\nAT+PING=?\r\n");
-    QTRY_COMPARE(m_client->bytes, "RANGER -- BUTTON PUSHED\r\n+OK\r\n+OK\r\nRANGER -- PARAMETERS RESTORED\r\n");
+    m_client->send("AT+PACQ=120\r\nAT+PACQ=?\r\nAT+RST=\r\nAT+PING=?\r\n"); // the last one is not heard
+    QTRY_COMPARE(m_client->bytes, "RANGER -- BUTTON PUSHED\r\n+OK\r\n+PACQ=120\r\n+OK\r\n"
+                                  "RANGER -- PARAMETERS RESTORED\r\n");
+    m_client->send("AT+PACQ=240\r\n");
+    QTRY_VERIFY(m_client->bytes.endsWith("RESTORED\r\n+OK\r\n"));
+    QCOMPARE(execute("assert stuck"), QStringLiteral("ok"));
+    QTRY_VERIFY(m_client->bytes.endsWith("+ASSERT=stuck\r\nRANGER -- PARAMETERS RESTORED\r\n"));
+    m_client->send("AT+PACQ=?\r\nAT+PACQ=240\r\n");
+    QTRY_VERIFY(m_client->bytes.endsWith("\r\n+PACQ=120\r\n+OK\r\n"));
+    m_simulator->device().cutPower();
+    QCOMPARE(execute("wake"), QStringLiteral("ok"));
     m_client->ask("AT+PACQ=?");
-    QTRY_VERIFY(m_client->bytes.endsWith("RESTORED\r\n+PACQ=120\r\n"));
+    QTRY_VERIFY(m_client->bytes.endsWith("PUSHED\r\n+PACQ=120\r\n"));
+}
+
+void TestZepsim::rangerFailsInTheMiddleOfItsConfiguration()
+{
+    SimOptions options;
+    options.board = Board::Ranger;
+    options.awakeMs = 500;
+    startWith(options);
+    for (const char *command : {"wake", "refuse PACQ", "sleep-in-the-middle 3", "lose-restart"}) {
+        QCOMPARE(execute(command), QStringLiteral("ok"));
+    }
+    m_client->send("AT+PACQ=99\r\nAT+PACQ=?\r\nAT+ZEP_REDUN=5\r\nAT+POS=1,2\r\nAT+PING=?\r\n");
+    QTRY_COMPARE(m_client->bytes, "RANGER -- BUTTON PUSHED\r\n+ERROR=5\r\n+ERROR=5\r\n+OK\r\n+OK\r\n"
+                                  "RANGER -- SLEEP\r\n");
+    QVERIFY(execute("refuse PACQ") + execute("wake") == "okok" && execute("refuse TX").startsWith("error"));
+    m_client->send("AT+PACQ=99\r\nAT+RST=\r\n");
+    QTRY_VERIFY(m_client->bytes.endsWith("PUSHED\r\n+OK\r\n+OK\r\nRANGER -- SLEEP\r\n")); // nobody asked it anything
 }
 
 void TestZepsim::assertionEndsTheTransmission()

@@ -17,6 +17,11 @@ class TourError(Exception):
     """A step of the tour did not show what it should have shown."""
 
 
+def check(condition, what):
+    if not condition:
+        raise TourError(what)
+
+
 def wait_until(condition, what, seconds=15.0):
     """Returns the first true result of condition(); TourError when none comes in time."""
     end = time.monotonic() + seconds
@@ -39,9 +44,6 @@ class Stage:
         self.work = self.out / "work"
         self.port = self.work / "port"
         self.console_path = self.work / "console"
-        with socket.socket() as probe:  # a port that is free now
-            probe.bind(("127.0.0.1", 0))
-            self.bulletin_port = probe.getsockname()[1]
         self.processes = []
         self.program = None
         self.environment = dict(os.environ)
@@ -69,7 +71,7 @@ class Stage:
 
     def _start_display(self):
         read_end, write_end = os.pipe()
-        self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp"],
+        self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp", "-noreset"],
                     pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
@@ -88,11 +90,17 @@ class Stage:
 
     def start_simulator(self, *options):
         simulator = self._start([self.build / "sim/zepsim", "--board", self.board, "--link", self.port, "--console",
-                                 self.console_path, "--bulletins", str(self.bulletin_port), *options], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
-        wait_until(lambda: self.port.exists() and self.console_path.exists() or simulator.poll() is not None,
-                   "the simulator came up")
-        if simulator.poll() is not None:
-            raise TourError("the simulator ended at once")
+                                 self.console_path, "--bulletins", "0", "--trace",
+                                 self.work / "trace", *options],
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+        simulator.stdout.readline()  # the port's own name
+        self.bulletins = simulator.stdout.readline().removeprefix("bulletins: ").strip()
+        check(self.bulletins and simulator.poll() is None, "the simulator ended at once")
+
+    def wire(self):
+        """What has crossed the wire, line by line; a request begins with AT, an answer with a plus sign."""
+        lines = (self.work / "trace").read_text(errors="replace").splitlines()
+        return [line.split(" ", 2)[2] for line in lines]
 
     def console(self, line):
         """Plays the world: one console line of the simulator, which must say ok."""
@@ -110,7 +118,7 @@ class Stage:
         configuration.mkdir(parents=True, exist_ok=True)
         (configuration / "ZepGUI.conf").write_text(settings)
         shutil.copytree(ROOT / "sim/rconf", self.work / "rconf", dirs_exist_ok=True)
-        service = f"http://127.0.0.1:{self.bulletin_port}/mdr/resources/fleetfeed?login=a&password=b&application=c"
+        service = f"{self.bulletins}?login=a&password=b&application=c"
         (self.work / "config.ini").write_text(f"[rconf]\ndir=rconf\n\n[Serial]\nextraPorts={self.port}\n\n"
                                               f'[Prepass]\naopWebRequestUrl="{service}"\n')
         environment = dict(self.environment, HOME=str(self.work / "home"), XDG_CONFIG_HOME=str(configuration.parent),

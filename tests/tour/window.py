@@ -3,6 +3,7 @@
 """The program's window as a user or a screen reader meets it: controls found by name, used by mouse and keyboard."""
 
 import subprocess
+import time
 
 import gi
 
@@ -75,6 +76,10 @@ class Window:
                 if node.get_role() in controls and not node.get_name()
                 and not (node.get_parent() and node.get_parent().get_role() in inner)]
 
+    def content(self, name):
+        """What stands in a field."""
+        return Atspi.Text.get_text(self.wait_for(name, "text"), 0, -1)
+
     def text(self):
         return "\n".join(name for _, name in self.names())
 
@@ -87,9 +92,6 @@ class Window:
     def wait_text(self, part, seconds=15.0):
         wait_until(lambda: part in self.text(), f"'{part}' is read", seconds)
 
-    def is_enabled(self, name, role=None):
-        return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.ENABLED)
-
     def is_checked(self, name, role=None):
         return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.CHECKED)
 
@@ -101,20 +103,40 @@ class Window:
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
     def click(self, name, role=None, seconds=15.0):
-        """A real press of the left button in the middle of the control, once it shows and is enabled."""
-        def ready():
-            node = self.find(name, role)
-            return node if node and node.get_state_set().contains(Atspi.StateType.ENABLED) else None
+        """A real press of the left button in the middle of the control, once it shows and stands still.
 
-        self.click_node(wait_until(ready, f"'{name}' shows and is enabled", seconds))
+        The toolkit tells nobody whether a control is enabled, so one that is not takes the press without a word.
+        """
+        self.click_node(self.wait_for(name, role, seconds))
 
     def click_node(self, node):
-        x, y = self.center(node)
+        def rests():
+            place = self.center(node)
+            time.sleep(0.05)
+            return place if place == self.center(node) else None
+
+        x, y = wait_until(rests, "the control comes to rest")
         xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
 
-    def enter(self, name, text, role=None):
+    def hover(self, name, role=None):
+        xdotool("mousemove", *self.center(self.wait_for(name, role)), "sleep", "0.3")
+
+    def drag(self, node, dx, dy):
+        """Draws the middle of a control with the left button, and holds still before letting go."""
+        x, y = self.center(node)
+        steps = 10
+        moves = [["mousemove", x + dx * step // steps, y + dy * step // steps, "sleep", "0.02"]
+                 for step in range(1, steps + 1)]
+        xdotool("mousemove", x, y, "sleep", "0.1", "mousedown", 1, *sum(moves, []), "sleep", "0.3", "mouseup", 1,
+                "sleep", "0.3")
+
+    def enter(self, name, text):
         """Replaces what stands in a field, by the keyboard."""
-        self.click(name, role)
+        def focused():  # a page on its way in takes no click
+            self.click(name, "text")
+            return self.wait_for(name, "text").get_state_set().contains(Atspi.StateType.FOCUSED)
+
+        wait_until(focused, f"'{name}' takes the focus")
         self.key("ctrl+a")
         self.type(text)
 

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Program.h"
+
+using namespace Qt::StringLiterals;
+
+class TestRanger : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_ui = std::make_unique<Program>();
+        m_ui->window->resize(1350, 1200); // all sensors in sight
+    }
+    void cleanup() { m_ui.reset(); }
+
+    void uncheckedSensorRaisesNoAlert()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        click(u"Light alert"_s);
+        QVERIFY(alert(SensorModel::LIGHT));
+        click(u"Light enable"_s);
+        QVERIFY(!enable(SensorModel::LIGHT) && !alert(SensorModel::LIGHT));
+        QVERIFY(!checked(u"Light alert"_s) && !enabled(u"Light alert"_s));
+        click(u"Light enable"_s);
+        QVERIFY(!checked(u"Light alert"_s) && enabled(u"Light alert"_s) && !enabled(u"Humidity alert"_s));
+
+        QVERIFY(checked(u"Push button enable"_s) && !enabled(u"Push button enable"_s));
+        find(u"Push button alert"_s)->forceActiveFocus();
+        key(Qt::Key_Space);
+        QVERIFY(alert(SensorModel::PUSH_BUTTON));
+        QVERIFY(text(u"Push button threshold"_s) == u"NA" && !enabled(u"Push button threshold"_s));
+    }
+
+    void gnssStaysOnWhereThePassesArePredicted()
+    {
+        const auto warning =
+            u"WARNING! GNSS sensor is mandatory in Pre-pass mode\nfor accurate prediction pass calculation"_s;
+        m_ui->connectTo(ZepBoard::RANGER);
+        for (const auto profile : {TxManager::PREPASS, TxManager::PREPASS_ON_MODULE}) {
+            m_ui->manager->tx()->setSelectedProfile(TxManager::PERIODIC);
+            click(u"GNSS enable"_s);
+            QVERIFY(!find(warning) && !enable(SensorModel::GNSS));
+            sensors()->setAlert(SensorModel::GNSS, true);
+            sensors()->setEnable(SensorModel::HUMIDITY, false);
+            m_ui->manager->tx()->setSelectedProfile(profile);
+            QVERIFY(checked(u"GNSS enable"_s) && alert(SensorModel::GNSS) && !enable(SensorModel::HUMIDITY));
+        }
+        click(u"GNSS enable"_s);
+        QTRY_VERIFY(find(warning));
+        QVERIFY(enable(SensorModel::GNSS));
+        key(Qt::Key_Escape);
+        QTest::mouseClick(m_ui->window, Qt::LeftButton, {}, {5, 600}); // outside of it
+        QVERIFY(!checked(u"GNSS enable"_s));
+        click(u"OK"_s);
+        QTRY_VERIFY2(!find(warning), "it went by other means than its button");
+        QVERIFY(checked(u"GNSS enable"_s));
+    }
+
+    void deviceReplacesWhatWasTouched()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        for (const bool on : {true, true, false, true}) {
+            click(u"Dry contact enable"_s);
+            sensors()->setEnable(SensorModel::DRY_CONTACT, on);
+            QCOMPARE(checked(u"Dry contact enable"_s), on);
+            type(u"Light threshold"_s, u"7"_s);
+            sensors()->setThresholdValues(SensorModel::LIGHT, u"400,3000"_s);
+            QCOMPARE(text(u"Light threshold"_s), u"400,3000"_s);
+            type(u"Acquisition period"_s, u"59"_s);
+            sensors()->setAcquisitionPeriod(3600);
+            QCOMPARE(text(u"Acquisition period"_s), u"3600"_s);
+        }
+    }
+
+    void fieldsStoreOnlyWhatIsGood()
+    {
+        const auto period = u"Acquisition period"_s;
+        const auto bound = u"Accelerometer threshold"_s;
+        m_ui->connectTo(ZepBoard::RANGER);
+        for (const auto &[field, typed, stored] : {std::tuple{period, u"60"_s, u"60"_s},
+                                                   {period, u"59"_s, u"60"_s},
+                                                   {period, u"65535"_s, u"65535"_s},
+                                                   {period, u"65536"_s, u"65535"_s},
+                                                   {period, u""_s, u"65535"_s},
+                                                   {period, u"1,000"_s, u"1000"_s},
+                                                   {bound, u"x1y,-2z"_s, u"1,2"_s},
+                                                   {bound, u""_s, u"1,2"_s}}) {
+            type(field, typed);
+            key(Qt::Key_Return);
+            key(Qt::Key_Backtab);
+            const auto values = sensors()->sensorMap()[SensorModel::ACCELEROMETER]->thresholdValues();
+            QCOMPARE(field == period ? QString::number(sensors()->acquisitionPeriod()) : values, stored);
+            const bool red = typed == u"59" || typed == u"65536"; // stays as it was typed
+            QCOMPARE(text(field), red ? typed : stored);
+            QCOMPARE(m_ui->field(field)->property("color").value<QColor>() == QColor("#F44336"), red);
+        }
+    }
+
+    void spinnerStandsForTheGetButtonWhileBusy()
+    {
+        const auto get = u"Configuration: Get parameter(s) from module"_s;
+        const auto busy = u"Configuration under way"_s;
+        m_ui->connectTo(ZepBoard::RANGER);
+        setProcessingData(true);
+        QVERIFY(!find(get) && find(busy));
+        for (const auto &button : {u"Upload config"_s, u"Import configuration file"_s, u"Export configuration"_s}) {
+            QVERIFY2(!enabled(button), qPrintable(button));
+        }
+        setProcessingData(false);
+        click(u"Export configuration"_s);
+        QVERIFY(find(busy) && enabled(u"Upload config"_s));
+        setProcessingData(false); // the end of an export, which never said that it was busy
+        QVERIFY(find(get) && !find(busy));
+    }
+
+    void documentIsRefusedWithoutAWord()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        Program::evaluate(find(u"Upload config"_s),
+                          u"importDialog.currentFolder = 'file://%1'"_s.arg(m_ui->folder.path()));
+        QSignalSpy log(m_ui->manager->logger(), &Logger::logCreated);
+        for (const auto &name : {u"a.docx.txt"_s, u"b.ppt.txt"_s, u"c.odt.txt"_s, u"d.txt"_s}) {
+            QVERIFY(QFile(m_ui->folder.filePath(name)).open(QIODevice::WriteOnly));
+            click(u"Import configuration file"_s);
+            QVERIFY(find(u"Configuration under way"_s));
+            click(name);
+            click(u"Open"_s);
+            QTRY_VERIFY(!find(u"Configuration under way"_s));
+            QCOMPARE(log.isEmpty(), name != u"d.txt");
+        }
+    }
+
+    void powerFollowsTheDeviceAndNotAnUnappliedChoice()
+    {
+        openSettings(ZepBoard::ZEP1);
+        const auto choice = [this] { return find(u"Tx power"_s)->property("displayText").toString(); };
+        const auto choose = [&] {
+            m_ui->manager->board()->setTxPower(300);
+            QCOMPARE(choice(), u""_s);
+            m_ui->manager->board()->setTxPower(500);
+            find(u"Tx power"_s)->forceActiveFocus();
+            key(Qt::Key_Down);
+            QCOMPARE(choice(), u"250"_s);
+        };
+        choose();
+        m_ui->manager->board()->setTxPower(500); // what it was: a refusal tells it again
+        QCOMPARE(choice(), u"500"_s);
+        choose();
+        find(u"Tx power: Set parameter(s) in module"_s)->forceActiveFocus();
+        m_ui->peer.forgetRequests();
+        key(Qt::Key_Space);
+        QTRY_COMPARE(m_ui->peer.requests(), QStringList(u"AT+PWR=250"_s));
+        choose();
+        m_ui->manager->board()->setTxFrequency(401650000);
+        type(u"Tx frequency"_s, u"1"_s);
+        QCOMPARE(choice(), u"500"_s);
+        key(Qt::Key_Tab);
+        QCOMPARE(text(u"Tx frequency"_s), u"401.65"_s);
+    }
+
+    void expertsCommandNeedsItsPrefixAndShowsItsWait()
+    {
+        const auto field = u"Custom AT command"_s;
+        const auto send = field + u": Set parameter(s) in module"_s;
+        openSettings(ZepBoard::ZEP2);
+        QVERIFY(find(u"ZEP2 Module settings"_s) && !find(u"Tx power"_s));
+        m_ui->answers.insert(u"AT+ID=?"_s, {});
+        m_ui->peer.forgetRequests();
+        m_ui->manager->tx()->setAckPending(true); // it does not wait for a sequence
+        type(field, u"ID=?"_s);
+        key(Qt::Key_Return);
+        QVERIFY(!enabled(send) && m_ui->peer.requests().isEmpty());
+        type(field, u"AT+ID=?"_s);
+        QObject::connect(&m_ui->peer, &ScriptedPeer::requested, m_ui->window, [&] {
+            QVERIFY(find(u"Waiting for the answer to the custom AT command"_s) && !find(send));
+            m_ui->peer.say("+ID=00AABB");
+        });
+        key(Qt::Key_Return);
+        QTRY_COMPARE(m_ui->manager->board()->id(), u"00AABB"_s);
+        QTRY_VERIFY(find(send) && enabled(send));
+        m_ui->manager->tx()->setAckPending(false);
+
+        m_ui->manager->disconnect();
+        click(u"Settings"_s);
+        QTRY_VERIFY(find(u"Module settings"_s) && !enabled(field));
+        m_ui->singleton("Settings", "Settings")->setProperty("mode", ZepManager::BASIC);
+        QVERIFY(!find(field) && !find(u"Module settings"_s));
+    }
+
+private:
+    bool enable(SensorModel::Id id) const { return sensors()->sensorMap()[id]->enable(); }
+    bool alert(SensorModel::Id id) const { return sensors()->sensorMap()[id]->alert(); }
+    SensorModel *sensors() const { return m_ui->manager->board()->sensorListModel(); }
+    bool checked(const QString &box) const { return m_ui->checked(box); }
+    bool enabled(const QString &control) const { return find(control)->isEnabled(); }
+    QString text(const QString &field) const { return m_ui->text(field); }
+    QQuickItem *find(const QString &name) const { return m_ui->find(name); }
+    void click(const QString &name) const { m_ui->click(name); }
+    void type(const QString &field, const QString &typed) const { m_ui->enter(field, typed); }
+    void key(Qt::Key key) const { QTest::keyClick(m_ui->window, key); }
+    void setProcessingData(bool on) const
+    {
+        QMetaObject::invokeMethod(m_ui->manager, "setProcessingData", Q_ARG(bool, on));
+    }
+    void openSettings(ZepBoard::Module module)
+    {
+        m_ui->singleton("Settings", "Settings")->setProperty("mode", ZepManager::EXPERT);
+        m_ui->connectTo(module);
+        click(u"Settings"_s);
+        QTRY_COMPARE(m_ui->bar()->state(), u"settingsPage"_s);
+    }
+
+    std::unique_ptr<Program> m_ui;
+};
+
+QTEST_MAIN(TestRanger)
+#include "tst_ranger.moc"
