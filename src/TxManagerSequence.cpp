@@ -104,7 +104,9 @@ void TxManager::onScheduleOver()
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
         if (m_currentIndex + 1 >= m_payloadListModel->rowCount()) {
             // The redundancy was lowered, by the device or the user, after this Tx had been armed: nothing is left.
-            if (!m_ackPending) {
+            if (m_ackPending) {
+                scheduleNextTx(); // to look again once the answer is there
+            } else {
                 finishRepetition();
             }
             return;
@@ -151,7 +153,7 @@ bool TxManager::isFirstTx() const
 bool TxManager::isLastTx() const
 {
     return m_currentIndex == m_payloadListModel->rowCount() - 1 &&
-           m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex);
+           m_currentTxCount == m_payloadListModel->getRedundancy(m_currentIndex);
 }
 
 bool TxManager::checkPayloadBeforeTx(int index)
