@@ -4,7 +4,7 @@
 // What a device says, into a session of its board. The first line of an input is the name of the board; each other line
 // is one of the device or, behind "> ", a deed of the user:
 //   > payload TEXT, > ack, > profile 0|1|2, > start, > stop, > wait SECONDS,
-//   > next pass, > get config, > upload, > custom LINE
+//   > next pass, > get config|identity, > upload, > custom LINE
 // A line reaches the program in a turn of the event loop of its own, whoever spins it; so the lines behind a deed that
 // asks the device answer it. When the next line is a deed, the device is silent and the clock runs.
 
@@ -144,7 +144,7 @@ private:
         } else if (word == "next") {
             m_manager.getSatelliteNextPass();
         } else if (word == "get") {
-            m_manager.getConfig();
+            rest == "config" ? m_manager.getConfig() : m_manager.getHwInfo();
         } else if (word == "upload") {
             m_manager.uploadConfig();
         } else if (word == "custom") {
