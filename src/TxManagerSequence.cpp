@@ -102,13 +102,8 @@ void TxManager::onScheduleOver()
         return;
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
-        if (m_currentIndex + 1 >= m_payloadListModel->rowCount()) {
-            // The redundancy was lowered, by the device or the user, after this Tx had been armed: nothing is left.
-            if (m_ackPending) {
-                scheduleNextTx(); // to look again once the answer is there
-            } else {
-                finishRepetition();
-            }
+        if (m_currentIndex + 1 == m_payloadListModel->rowCount()) {
+            finishRepetition(); // the redundancy has fallen below what was sent already
             return;
         }
         ++m_currentIndex;
