@@ -102,6 +102,10 @@ void TxManager::onScheduleOver()
         return;
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
+        if (m_currentIndex + 1 == m_payloadListModel->rowCount()) {
+            finishRepetition(); // the redundancy has fallen below what was sent already
+            return;
+        }
         ++m_currentIndex;
         m_currentTxCount = 1;
     } else {

@@ -148,9 +148,14 @@ void ZepManager::importConfig(const QString &filePath)
     if (!m_atCmdHandler) {
         return;
     }
+    const QPointer<ZepBoard> board = m_board;
     const QString path = localPath(filePath);
     m_logger->log(Logger::APP, "Importing config from "_L1 + path + "..."_L1);
-    if (replayConfig(path)) {
+    const bool replayed = replayConfig(path);
+    if (!board) {
+        return;
+    }
+    if (replayed) {
         setProcessingData(false, u"Configuration imported!"_s);
         m_logger->log(Logger::APP, u"Config imported successfully!"_s);
     } else {

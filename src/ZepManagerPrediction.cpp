@@ -207,11 +207,13 @@ void ZepManager::getSatelliteNextPass(const Payload::Options &options)
     if (options.optionAck || options.optionMail) {
         params << nextPassFilter << nextPassFilter;
     }
-    if (m_tx->prepassProfile()->satelliteAopModel()->rowCount() == 0 && !m_tx->prepassProfile()->downloadAopData()) {
+    const bool hasBulletins =
+        m_tx->prepassProfile()->satelliteAopModel()->rowCount() != 0 || m_tx->prepassProfile()->downloadAopData();
+    // The user may have gone over to another device while the download waited; that one's log is not for this.
+    if (!hasBulletins && !isWaitPointless(board)) {
         m_logger->log(Logger::APP, u"Unable to fetch AOP data"_s);
     }
-    // The user may have gone over to another device while the download waited.
-    if (isWaitPointless(board) || !sendCommand(AtCmdHandler::NEXTPASS, params, longTimeout)) {
+    if (!isWaitPointless(board) && !sendCommand(AtCmdHandler::NEXTPASS, params, longTimeout) && board) {
         m_logger->log(Logger::APP, u"Unable to get satellite next pass"_s);
     }
     m_tx->setComputingSatelliteNextPass(false);

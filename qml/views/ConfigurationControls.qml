@@ -77,10 +77,10 @@ RowLayout {
         }
     }
 
-    // A dialog can outlive the session, and then has nothing to end the spinner by.
     Connections {
         function onDisconnected() {
-            configSpinner.visible = false;
+            importDialog.reject();
+            exportDialog.reject();
         }
 
         target: ZepManager
