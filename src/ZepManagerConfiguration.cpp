@@ -167,9 +167,10 @@ void ZepManager::importConfig(const QString &filePath)
 bool ZepManager::replayConfig(const QString &path)
 {
     QFile file(path);
-    // Opening a pipe would wait for its other end.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qCCritical(lcEvents).noquote() << "Unable to read" << path << file.errorString();
+    const bool isFile = QFileInfo(path).isFile(); // opening a pipe would wait for its other end
+    if (!isFile || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qCCritical(lcEvents).noquote() << "Unable to read" << path
+                                       << (isFile ? file.errorString() : u"which is no file"_s);
         return true; // counts as an empty file
     }
     while (!file.atEnd()) {

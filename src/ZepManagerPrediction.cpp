@@ -108,7 +108,9 @@ bool ZepManager::setPrepassConfig(uchar predictionDuration, double minElevation,
                              QString::number(minPassDuration), QString::number(maxPasses),
                              numberText(timeMargin),           QString::number(computationStep)};
     if (!sendCommand(AtCmdHandler::PREPASS_CFG, params, shortTimeout)) {
-        m_logger->log(Logger::APP, u"Unable to set prediction pass config"_s);
+        if (m_board) {
+            m_logger->log(Logger::APP, u"Unable to set prediction pass config"_s);
+        }
         return false;
     }
     m_tx->prepassProfile()->setConfig(
@@ -184,7 +186,7 @@ bool ZepManager::setAopDataAndConstellationStatus()
                                            (*donor)->satelliteName + " ("_L1 + (*donor)->ident + ")..."_L1);
         }
         succeeded = sendCommand(AtCmdHandler::AOP, bulletin, shortTimeout);
-        if (!succeeded) {
+        if (!succeeded && board) {
             m_logger->log(Logger::APP, u"Unable to set AOP data"_s);
         }
         if (board && (board->module() == ZepBoard::ZEP2 || board->module() == ZepBoard::TBX)) {
@@ -229,7 +231,9 @@ bool ZepManager::setTxRedundancy(uchar redundancy)
     if (sendCommand(AtCmdHandler::ZEP_REDUN, {QString::number(redundancy)}, shortTimeout)) {
         return true;
     }
-    m_logger->log(Logger::APP, u"Unable to set Tx redundancy"_s);
+    if (m_board) {
+        m_logger->log(Logger::APP, u"Unable to set Tx redundancy"_s);
+    }
     return false;
 }
 
