@@ -103,7 +103,12 @@ void TxManager::onScheduleOver()
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
         if (m_currentIndex + 1 == m_payloadListModel->rowCount()) {
-            finishRepetition(); // the redundancy has fallen below what was sent already
+            // The redundancy has fallen below what was sent already: nothing is left.
+            if (m_ackPending) {
+                scheduleNextTx(); // to look again once the answer is there
+            } else {
+                finishRepetition();
+            }
             return;
         }
         ++m_currentIndex;
