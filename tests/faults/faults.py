@@ -165,7 +165,7 @@ class Session:
                       for part in (logged, wire)]  # how many answers stand before each request
             held = (asked, told) == (sent, said) and all(mine <= its for mine, its in zip(*before))
         else:
-            held = told == said[-len(told):] and any(asked[:n] == sent[-n:] for n in range(len(asked), 0, -1))
+            held = told == said[-len(told):] and (not asked or any(asked[:n] == sent[-n:] for n in range(len(asked), 0, -1)))
         check(held, "logged:\n" + "\n".join(
             difflib.unified_diff(*([" ".join(line) for line in part] for part in (wire, logged)), "wire", "log", "", "", 3, "")))
 
@@ -247,6 +247,8 @@ def in_session(session, operation, fault):
         session.window.wait_gone(WAKE_UP)
     if fault.name == "assert":
         time.sleep(0.4)  # the device restarts, and hears nothing
+    if operation.restarts and not fault.fails:
+        wait_until(lambda: any("RESTORED" in line for _, line in session.wire()), "the device restarts")
     tells = "AT+ID=?" if operation.on_settings else session.board.identity
     if operation.laps and not operation.on_settings:  # what it reads moves the button
         session.wait_answered(operation.laps, tells, 20)

@@ -74,6 +74,7 @@ class Operation:
     late: int = 600  # ms behind the time-out
     predicts: bool = False  # needs the profile of a module that predicts
     on_settings: bool = False
+    restarts: bool = False  # the device, in the end
     told: tuple = ()  # what the log tells of it with every fault
     laps: int = 0  # how often the request that tells of the probe is its own
     prepare: typing.Callable = nothing
@@ -163,15 +164,16 @@ def disconnect(session, strike):
 
 
 def save(session, strike):
-    (session.stage.work / "device.conf").unlink(missing_ok=True)
+    for file in session.stage.work.glob("*device.conf"):
+        file.unlink()
     session.press("Export configuration")
     session.window.wait_text("Export config to file...")
-    strike()
-    Tour.save_file_as(session, "device.conf")
+    if not strike():
+        Tour.save_file_as(session, "device.conf")  # behind the name of the export before
 
 
 def saved(session):
-    text = (session.stage.work / "device.conf").read_text()
+    text, = (file.read_text() for file in session.stage.work.glob("*device.conf"))
     if not text.endswith("AT+RST=\n"):
         raise AssertionError(f"the file is not whole: {text}")
 
@@ -180,8 +182,8 @@ def load(session, strike):
     (session.stage.work / "device.conf").write_text("AT+PACQ=900\r\n")
     session.press("Import configuration file")
     session.window.wait_text("Please choose your configuration file")
-    strike()
-    Tour.open_file(session, "device.conf")
+    if not strike():
+        Tour.open_file(session, "device.conf")
 
 
 def download(session, strike):
@@ -233,7 +235,8 @@ OPERATIONS = [
     Operation("next pass", PREDICTING, "AT+NEXTPASS=?", press("Get next pass"), ("Unable to get satellite next pass",),
               "+NEXTPASS=", 15, **PREDICTS),
     read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: "),
-    Operation("upload", ("ranger",), "AT+ALRT_LIGHT=", press("Upload config"), ("Unable to set sensor alert on {name}",)),
+    Operation("upload", ("ranger",), "AT+ALRT_LIGHT=", press("Upload config"), ("Unable to set sensor alert on {name}",),
+              restarts=True),
     Operation("export", ("ranger",), "", save, told=("Config exported successfully!",), finish=saved),
     Operation("import", ("ranger",), "", load, told=("Config imported successfully!",)),
     Operation("start", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",), finish=started,
