@@ -210,7 +210,7 @@ Item {
     ToolButton {
         Accessible.name: ToolTip.text
         ToolTip.text: qsTr("Hello!")
-        ToolTip.visible: hovered
+        ToolTip.visible: hovered || visualFocus
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         icon.source: "qrc:/images/question.svg"

@@ -148,6 +148,8 @@ ToolBar {
             Layout.fillWidth: true
             Layout.maximumWidth: implicitWidth
             Material.foreground: Style.color.sarvaneDark
+            // What is not to be seen must not keep the focus.
+            enabled: visible
             spacing: 0
             visible: false
 

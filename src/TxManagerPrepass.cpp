@@ -9,6 +9,7 @@
 
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "LocalPath.h"
@@ -32,8 +33,10 @@ void TxManager::importPrepassData(const QString &filePath)
         return;
     }
     QFile file(localPath(filePath));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qCCritical(lcEvents).noquote() << file.errorString();
+    // Opening a pipe would wait for its other end.
+    const bool isOther = file.exists() && !QFileInfo(file).isFile();
+    if (isOther || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qCCritical(lcEvents).noquote() << (isOther ? QStringLiteral("Not a file") : file.errorString());
         Q_EMIT loadPrepassDataCompleted(QStringLiteral("Error: Unable to open file: ") + file.fileName());
         return;
     }

@@ -102,6 +102,15 @@ void TxManager::onScheduleOver()
         return;
     }
     if (m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex)) {
+        if (m_currentIndex + 1 == m_payloadListModel->rowCount()) {
+            // The redundancy has fallen below what was sent already: nothing is left.
+            if (m_ackPending) {
+                scheduleNextTx(); // to look again once the answer is there
+            } else {
+                finishRepetition();
+            }
+            return;
+        }
         ++m_currentIndex;
         m_currentTxCount = 1;
     } else {

@@ -52,10 +52,11 @@ void TxManager::loadSettings()
         static_cast<Profile>(storedNumber(m_settings, "profile", PERIODIC, PREPASS_ON_MODULE, PERIODIC)));
     m_csvFilePath = m_settings.value("csvFilePath").toString();
     m_settings.beginGroup("Periodic");
-    m_periodicProfile->setPeriod(storedByte(m_settings, "period", 0, PeriodicProfile::s_defaultPeriod));
+    // A Tx that follows at once finds the answer to the one before still out, which ends the program.
+    m_periodicProfile->setPeriod(storedByte(m_settings, "period", 1, PeriodicProfile::s_defaultPeriod));
     // A sequence cannot send a payload zero times.
     m_periodicProfile->setRedundancy(storedByte(m_settings, "redundancy", 1, PeriodicProfile::s_defaultRedundancy));
-    m_periodicProfile->setDelay(storedByte(m_settings, "delay", 0, PeriodicProfile::s_defaultDelay));
+    m_periodicProfile->setDelay(storedByte(m_settings, "delay", 1, PeriodicProfile::s_defaultDelay));
     m_settings.endGroup();
     m_settings.beginGroup("Prepass");
     loadPrepassProfile();

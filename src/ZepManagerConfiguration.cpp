@@ -148,9 +148,14 @@ void ZepManager::importConfig(const QString &filePath)
     if (!m_atCmdHandler) {
         return;
     }
+    const QPointer<ZepBoard> board = m_board;
     const QString path = localPath(filePath);
     m_logger->log(Logger::APP, "Importing config from "_L1 + path + "..."_L1);
-    if (replayConfig(path)) {
+    const bool replayed = replayConfig(path);
+    if (!board) {
+        return;
+    }
+    if (replayed) {
         setProcessingData(false, u"Configuration imported!"_s);
         m_logger->log(Logger::APP, u"Config imported successfully!"_s);
     } else {
@@ -162,9 +167,10 @@ void ZepManager::importConfig(const QString &filePath)
 bool ZepManager::replayConfig(const QString &path)
 {
     QFile file(path);
-    // Opening a pipe would wait for its other end.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qCCritical(lcEvents).noquote() << "Unable to read" << path << file.errorString();
+    const bool isFile = QFileInfo(path).isFile(); // opening a pipe would wait for its other end
+    if (!isFile || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qCCritical(lcEvents).noquote() << "Unable to read" << path
+                                       << (isFile ? file.errorString() : u"which is no file"_s);
         return true; // counts as an empty file
     }
     while (!file.atEnd()) {

@@ -78,7 +78,7 @@ bool ZepManager::setLoRaConfig()
         sendCommand(AtCmdHandler::LORA_AKEY, {LoRaConnectivity::toWireHex(config->appKey())}, shortTimeout) &&
         sendCommand(AtCmdHandler::LORA_ACK, {QString::number(config->ackEnabled() ? 1 : 0)}, shortTimeout) &&
         sendCommand(AtCmdHandler::LORA_REDUN, {QString::number(config->redundancy())}, shortTimeout);
-    if (!succeeded) {
+    if (!succeeded && m_board) {
         m_logger->log(Logger::APP, u"Unable to set LoRa configuration"_s);
     }
     return succeeded;

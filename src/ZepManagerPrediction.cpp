@@ -108,7 +108,9 @@ bool ZepManager::setPrepassConfig(uchar predictionDuration, double minElevation,
                              QString::number(minPassDuration), QString::number(maxPasses),
                              numberText(timeMargin),           QString::number(computationStep)};
     if (!sendCommand(AtCmdHandler::PREPASS_CFG, params, shortTimeout)) {
-        m_logger->log(Logger::APP, u"Unable to set prediction pass config"_s);
+        if (m_board) {
+            m_logger->log(Logger::APP, u"Unable to set prediction pass config"_s);
+        }
         return false;
     }
     m_tx->prepassProfile()->setConfig(
@@ -184,7 +186,7 @@ bool ZepManager::setAopDataAndConstellationStatus()
                                            (*donor)->satelliteName + " ("_L1 + (*donor)->ident + ")..."_L1);
         }
         succeeded = sendCommand(AtCmdHandler::AOP, bulletin, shortTimeout);
-        if (!succeeded) {
+        if (!succeeded && board) {
             m_logger->log(Logger::APP, u"Unable to set AOP data"_s);
         }
         if (board && (board->module() == ZepBoard::ZEP2 || board->module() == ZepBoard::TBX)) {
@@ -205,11 +207,13 @@ void ZepManager::getSatelliteNextPass(const Payload::Options &options)
     if (options.optionAck || options.optionMail) {
         params << nextPassFilter << nextPassFilter;
     }
-    if (m_tx->prepassProfile()->satelliteAopModel()->rowCount() == 0 && !m_tx->prepassProfile()->downloadAopData()) {
+    const bool hasBulletins =
+        m_tx->prepassProfile()->satelliteAopModel()->rowCount() != 0 || m_tx->prepassProfile()->downloadAopData();
+    // The user may have gone over to another device while the download waited; that one's log is not for this.
+    if (!hasBulletins && !isWaitPointless(board)) {
         m_logger->log(Logger::APP, u"Unable to fetch AOP data"_s);
     }
-    // The user may have gone over to another device while the download waited.
-    if (isWaitPointless(board) || !sendCommand(AtCmdHandler::NEXTPASS, params, longTimeout)) {
+    if (!isWaitPointless(board) && !sendCommand(AtCmdHandler::NEXTPASS, params, longTimeout) && board) {
         m_logger->log(Logger::APP, u"Unable to get satellite next pass"_s);
     }
     m_tx->setComputingSatelliteNextPass(false);
@@ -227,7 +231,9 @@ bool ZepManager::setTxRedundancy(uchar redundancy)
     if (sendCommand(AtCmdHandler::ZEP_REDUN, {QString::number(redundancy)}, shortTimeout)) {
         return true;
     }
-    m_logger->log(Logger::APP, u"Unable to set Tx redundancy"_s);
+    if (m_board) {
+        m_logger->log(Logger::APP, u"Unable to set Tx redundancy"_s);
+    }
     return false;
 }
 
@@ -236,7 +242,10 @@ void ZepManager::processPredictionResponse()
     const AtCmdHandler &line = *m_atCmdHandler;
     switch (line.cmdId()) {
     case AtCmdHandler::PREPASS_EN:
-        m_tx->setSelectedProfile(line.paramUInt(0) == 0 ? TxManager::PERIODIC : TxManager::PREPASS_ON_MODULE);
+        // The profile says what the answers to come mean: it stays, as in the views, until nothing is awaited.
+        if (!m_tx->sequenceRunning() && !m_tx->ackPending()) {
+            m_tx->setSelectedProfile(line.paramUInt(0) == 0 ? TxManager::PERIODIC : TxManager::PREPASS_ON_MODULE);
+        }
         return;
     case AtCmdHandler::POS: {
         const Position position{line.paramDouble(1), line.paramDouble(2)};

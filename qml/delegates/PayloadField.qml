@@ -38,6 +38,12 @@ TextField {
         regularExpression: /[0-9a-fA-F\s]{0,62}/
     }
 
+    onActiveFocusChanged: {
+        if (activeFocus && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)) {
+            root.text = root.bare(root.text);
+            root.selectAll();
+        }
+    }
     onEditingFinished: {
         const message = root.bare(root.text);
         if (message !== "") {

@@ -42,7 +42,7 @@ ItemDelegate {
         Rectangle {
             anchors.fill: parent
             color: root.Material.rippleColor
-            visible: root.enabled && (root.visualFocus || root.hovered)
+            visible: root.enabled && (root.activeFocus || root.hovered)
         }
     }
     contentItem: RowLayout {

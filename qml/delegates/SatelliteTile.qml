@@ -9,7 +9,7 @@ import QtQuick.Layouts
 import Style
 import "../types" as T
 
-/// A satellite with the state of its two links, and its bulletin on hover.
+/// A satellite with the state of its two links, and its bulletin for the mouse and for the Tab key.
 Pane {
     id: root
 
@@ -28,6 +28,7 @@ Pane {
     Accessible.role: Accessible.Grouping
     Material.background: mPaletteEntry
     Material.theme: Material.Dark
+    focusPolicy: Qt.TabFocus
     // As many tiles as the view counts have to fit beside each other.
     horizontalPadding: 2
 
@@ -70,7 +71,7 @@ Pane {
         id: bulletin
 
         delay: 175
-        visible: hover.hovered
+        visible: hover.hovered || root.visualFocus
         width: root.mToolTipWidth
 
         background: Rectangle {

@@ -26,8 +26,10 @@ ItemDelegate {
     required property int status
     required property int txCount
 
+    // Untyped, for what the tools do not know of a list.
+    readonly property var mList: ListView.view
     readonly property bool running: ZepManager.tx.sequenceRunning
-    readonly property bool enableEditing: !running || index > ListView.view.currentIndex
+    readonly property bool enableEditing: !running || index > mList.mCurrentRow
 
     // The root window's global properties, reached through the QML context.
     // qmllint disable unqualified
@@ -40,12 +42,13 @@ ItemDelegate {
     readonly property string mName: "P" + index
 
     checkable: !running
+    focusPolicy: Qt.TabFocus
     horizontalPadding: 0
     width: ListView.view.width
 
     Accessible.name: mName
 
-    onCheckedChanged: ListView.view.currentIndex = index
+    onCheckedChanged: mList.show(index)
 
     background: Rectangle {
         color: root.down || root.visualFocus ? root.Material.rippleColor : "transparent"

@@ -24,6 +24,8 @@ ModalDialog {
     x: parent.width - width
     y: (parent.height - height) / 2
 
+    onAboutToShow: buttonBox.standardButton(Dialog.Ok).forceActiveFocus(Qt.PopupFocusReason)
+
     // Not the dialog's own button box, which would close the dialog on Ok.
     footer: Item {
         implicitHeight: buttonBox.implicitHeight

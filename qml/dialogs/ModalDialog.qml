@@ -7,7 +7,7 @@ import QtQuick.Controls.Material
 import "../types" as T
 
 /// A modal dialog no wider than its window. The title may come from outside the program, so it is never taken for
-/// rich text.
+/// rich text. Its Ok button has the focus, or else its Cancel button.
 Dialog {
     id: root
 
@@ -23,6 +23,8 @@ Dialog {
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
     }
+
+    onAboutToShow: (standardButton(Dialog.Ok) ?? standardButton(Dialog.Cancel))?.forceActiveFocus(Qt.PopupFocusReason)
 
     T.FlatBackground {
         mBackground: root.background

@@ -90,6 +90,9 @@ ModalDialog {
     }
 
     ColumnLayout {
+        Keys.onEnterPressed: root.accept()
+        Keys.onReturnPressed: root.accept()
+
         RowLayout {
             visible: root.zep1ModuleSelected || root.zep2ModuleSelected
 

@@ -5,9 +5,11 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Controls.Material
+import QtQuick.Templates as Templates
 import Settings
 import Style
 import com.sarvane.qml
+import "." as T
 import "../dialogs"
 
 /// The look of every window, and what the device makes each of them do: the main window tells of a lost link, the
@@ -16,6 +18,23 @@ ApplicationWindow {
     id: root
 
     property bool mIsMainWindow: false
+
+    // The controls know the space bar only. A wait is not to be cancelled by mistake. As a property it is the window's
+    // own, which a dialog does not block.
+    readonly property Shortcut mPress: Shortcut {
+        readonly property Templates.AbstractButton mButton: (root.activeFocusItem as Templates.Button) ?? (root.activeFocusItem as Templates.TabButton)
+
+        autoRepeat: false
+        enabled: mButton !== null && !wakeUpDialog.visible
+        sequences: ["Return", "Enter"]
+
+        onActivated: {
+            if (mButton.checkable) {
+                mButton.toggle();
+            }
+            mButton.clicked();
+        }
+    }
 
     function closeIfShown() {
         if (visible) {
@@ -33,6 +52,10 @@ ApplicationWindow {
         id: barlowLoader
 
         source: Style.font.barlow
+    }
+
+    T.FocusFrame {
+        mFocused: root.activeFocusItem
     }
 
     SerialErrorDialog {

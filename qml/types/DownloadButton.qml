@@ -20,7 +20,7 @@ RowLayout {
     spacing: 0
 
     T.SetButton {
-        ToolTip.visible: hovered && !root.mToolTipHeldBack
+        ToolTip.visible: (hovered || visualFocus) && !root.mToolTipHeldBack
         enabled: true
         icon.source: "qrc:/images/download.svg"
         mToolTip: qsTr("Download AOP data from HelioWeb")

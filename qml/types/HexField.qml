@@ -42,7 +42,11 @@ RowLayout {
             icon.source: "qrc:/images/pencil.svg"
             mToolTip: qsTr("Update %1").arg(root.mName)
 
-            onClicked: root.editingChosen(true)
+            onClicked: {
+                root.editingChosen(true);
+                field.forceActiveFocus();
+                field.selectAll();
+            }
         }
     }
 

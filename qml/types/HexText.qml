@@ -7,6 +7,8 @@ import "." as T
 
 /// Hexadecimal digits in pairs, to be read and copied; \c mName is the label beside them.
 RowLayout {
+    id: root
+
     required property string mName
     required property string mValue
 
@@ -15,8 +17,8 @@ RowLayout {
     T.TextEdit {
         id: digits
 
-        Accessible.name: parent.mName
-        text: parent.mValue.replace(/(..)/g, "$1 ")
+        Accessible.name: root.mName
+        text: root.mValue.replace(/(..)/g, "$1 ")
     }
 
     T.CopyToolButton {

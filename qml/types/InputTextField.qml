@@ -5,7 +5,7 @@ import QtQuick
 import QtQuick.Controls.Material
 import Style
 
-/// A small field that turns red while its validator does not accept what it holds.
+/// A small field that turns red while its validator does not accept what it holds. The Tab key selects what it holds.
 TextField {
     id: root
 
@@ -21,4 +21,10 @@ TextField {
     horizontalAlignment: TextInput.AlignHCenter
     implicitWidth: 60
     selectByMouse: true
+
+    onActiveFocusChanged: {
+        if (activeFocus && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)) {
+            selectAll();
+        }
+    }
 }

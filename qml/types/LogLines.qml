@@ -18,6 +18,8 @@ FocusScope {
     required property LogModel store
 
     property bool held: true
+    // As a control says it.
+    readonly property int focusPolicy: Qt.StrongFocus
     readonly property alias mList: list
 
     // The selection, from where it was begun to where the mouse is; row -1 is none.
@@ -79,6 +81,7 @@ FocusScope {
     }
 
     Accessible.role: Accessible.List
+    activeFocusOnTab: true
 
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Copy)) {

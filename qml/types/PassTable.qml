@@ -34,6 +34,8 @@ Frame {
 
         Accessible.name: qsTr("Satellite passes")
         Accessible.role: Accessible.List
+        // The arrow keys lead through the rows.
+        activeFocusOnTab: count > 0
         anchors.fill: parent
         clip: true
 

@@ -5,7 +5,8 @@ import QtQuick
 import QtQuick.Controls.Material
 import QtQuick.Controls.Material.impl
 
-/// A small icon button; \c mToolTip comes translated from its user and is also its name for a screen reader.
+/// A small icon button; \c mToolTip comes translated from its user and is also its name for a screen reader. It shows
+/// for the mouse, and for the Tab key.
 ToolButton {
     id: root
 
@@ -26,7 +27,7 @@ ToolButton {
     ToolTip.delay: 500
     ToolTip.text: mToolTip
     ToolTip.timeout: 3000
-    ToolTip.visible: hovered && mToolTip !== ""
+    ToolTip.visible: (hovered || visualFocus) && mToolTip !== ""
     bottomInset: 2
     icon.height: 16
     icon.width: 16

@@ -5,7 +5,7 @@ import QtQuick
 import QtQuick.Controls.Material
 import Style
 
-/// A long rich text of the program's own in a scrolled pane that fills its parent.
+/// A long rich text of the program's own in a scrolled pane that fills its parent; the arrow keys scroll it.
 ScrollView {
     id: root
 
@@ -14,7 +14,11 @@ ScrollView {
     ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
     anchors.fill: parent
     contentWidth: availableWidth
+    focus: true
     padding: Style.size.panelPadding
+
+    Keys.onDownPressed: ScrollBar.vertical.increase()
+    Keys.onUpPressed: ScrollBar.vertical.decrease()
 
     Label {
         text: root.tutoText

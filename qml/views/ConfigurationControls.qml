@@ -77,10 +77,10 @@ RowLayout {
         }
     }
 
-    // A dialog can outlive the session, and then has nothing to end the spinner by.
     Connections {
         function onDisconnected() {
-            configSpinner.visible = false;
+            importDialog.reject();
+            exportDialog.reject();
         }
 
         target: ZepManager
@@ -125,7 +125,7 @@ RowLayout {
         Accessible.name: ToolTip.text
         ToolTip.delay: 500
         ToolTip.timeout: 2000
-        ToolTip.visible: hovered
+        ToolTip.visible: hovered || visualFocus
         enabled: !ZepManager.processingData
         icon.color: "white"
         icon.height: 16

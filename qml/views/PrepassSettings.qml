@@ -163,4 +163,13 @@ GridLayout {
 
         target: ZepManager.tx
     }
+
+    Connections {
+        // The clock is the computer's again, and a dialog of the session must not shift it.
+        function onDisconnected() {
+            utcDialog.reject();
+        }
+
+        target: ZepManager
+    }
 }

@@ -166,6 +166,14 @@ ColumnLayout {
         }
     }
 
+    Connections {
+        function onDisconnected() {
+            importDialog.reject();
+        }
+
+        target: ZepManager
+    }
+
     T.FileDialog {
         id: importDialog
 

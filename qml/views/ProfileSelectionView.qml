@@ -22,6 +22,17 @@ ColumnLayout {
     TabBar {
         id: tabBar
 
+        // By a key; the bar itself would stop at tabs that are hidden, and show their views.
+        function step(by: int): void {
+            let index = currentIndex + by;
+            while (index >= 0 && index < count && !itemAt(index).visible) {
+                index += by;
+            }
+            if (index >= 0 && index < count) {
+                setCurrentIndex(index);
+            }
+        }
+
         Layout.fillWidth: true
 
         ViewTab {
@@ -88,6 +99,8 @@ ColumnLayout {
 
         readonly property real mLabelWidth: contentItem.implicitWidth
 
+        Keys.onLeftPressed: tabBar.step(-1)
+        Keys.onRightPressed: tabBar.step(1)
         horizontalPadding: 0
         width: mLabelWidth
 

@@ -66,6 +66,9 @@ T.ExpandableView {
             // All rows exist all the time: one of them answers to the choice of a profile.
             cacheBuffer: 1000
             clip: true
+            // No row is a current one, which would draw the focus to itself.
+            currentIndex: -1
+            keyNavigationEnabled: false
             model: root.sensorModel
 
             ScrollBar.vertical: ScrollBar {

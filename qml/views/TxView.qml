@@ -57,6 +57,13 @@ T.ExpandableView {
         return ZepManager.tx.ackPending ? qsTr("Waiting for ACK...") : qsTr("Next transmission in <b>%1</b>").arg(remaining);
     }
 
+    /// Of two buttons of which only one shows at a time, the other one has the focus now.
+    function handOver(from: Button, to: Button): void {
+        if (to.visible && from.focus) {
+            to.focus = true;
+        }
+    }
+
     layoutId: 2
     viewTitle: qsTr("Tx payloads")
 
@@ -97,10 +104,22 @@ T.ExpandableView {
     ListView {
         id: payloadListView
 
+        // Not the list's own current row, which draws the focus to itself when it changes, away from a field in use.
+        property int mCurrentRow: 0
+
+        function show(row: int): void {
+            mCurrentRow = row;
+            positionViewAtIndex(row, ListView.Contain);
+        }
+
         Layout.fillHeight: true
         Layout.fillWidth: true
+        // All rows exist all the time, in order: the Tab key leads through them.
+        cacheBuffer: 2000
         clip: true
+        currentIndex: -1
         focus: true
+        keyNavigationEnabled: false
         model: ZepManager.tx.payloadListModel
 
         ScrollBar.vertical: ScrollBar {
@@ -204,7 +223,7 @@ T.ExpandableView {
             onClicked: {
                 ZepManager.tx.addPayloadItem("");
                 if (!root.txLocked) {
-                    payloadListView.currentIndex = payloadListView.count - 1;
+                    payloadListView.show(payloadListView.count - 1);
                 }
             }
         }
@@ -224,9 +243,10 @@ T.ExpandableView {
 
             onClicked: {
                 ZepManager.tx.start(repeatSequenceInput.value);
-                payloadListView.currentIndex = 0;
+                payloadListView.mCurrentRow = 0;
                 listScrollBar.position = 0;
             }
+            onVisibleChanged: root.handOver(stopButton, startButton)
         }
 
         T.Button {
@@ -242,6 +262,7 @@ T.ExpandableView {
                 ZepManager.tx.stop();
                 root.txSequenceCompleted = false;
             }
+            onVisibleChanged: root.handOver(startButton, stopButton)
         }
 
         BusyIndicator {
@@ -272,7 +293,7 @@ T.ExpandableView {
 
     Connections {
         function onCurrentIndexUpdated(idx: int) {
-            payloadListView.currentIndex = idx;
+            payloadListView.show(idx);
         }
 
         function onSequenceCompleted() {

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "PrepassProfile.h"
 #include "Program.h"
+#include "SatelliteAopModel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -115,6 +117,80 @@ private Q_SLOTS:
         QVERIFY(find(busy) && enabled(u"Upload config"_s));
         setProcessingData(false); // the end of an export, which never said that it was busy
         QVERIFY(find(get) && !find(busy));
+    }
+
+    void cancelledFileDialogEndsTheSpinnerAndCallsNothing()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        QSignalSpy log(m_ui->manager->logger(), &Logger::logCreated);
+        for (const auto &button : {u"Import configuration file"_s, u"Export configuration"_s}) {
+            for (const bool byKey : {false, true}) {
+                click(button);
+                QVERIFY(find(u"Configuration under way"_s));
+                QTRY_VERIFY(find(u"Cancel"_s));
+                byKey ? key(Qt::Key_Escape) : click(u"Cancel"_s);
+                QTRY_VERIFY(!find(u"Configuration under way"_s) && !find(u"Cancel"_s));
+            }
+        }
+        QVERIFY(log.isEmpty());
+    }
+
+    void exportWritesTheChosenFileAndSaysSo()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        sensors()->setAcquisitionPeriod(61);
+        m_ui->peer.say("+AOP=A,2026-1-7T9:5:0Z,7000.5,98.5,1.5,-25.5,100.5,0.5");
+        QTRY_VERIFY(m_ui->tx()->prepassProfile()->satelliteAopModel()->rowCount() == 1);
+        QFile file(m_ui->folder.filePath(u"chosen.conf"_s));
+        Program::evaluate(find(u"Upload config"_s),
+                          u"exportDialog.currentFile = '%1'"_s.arg(QUrl::fromLocalFile(file.fileName()).toString()));
+        click(u"Export configuration"_s);
+        click(u"Save"_s);
+        QTRY_VERIFY(find(u"Configuration exported!"_s) && !find(u"Configuration under way"_s));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray written = file.readAll();
+        QVERIFY(written.contains("\nAT+PACQ=61\r\n") && written.endsWith("\nAT+RST=\r\n"));
+        QVERIFY(m_ui->peer.requests().isEmpty());
+    }
+
+    void messagesOfTheBackendAreColouredAndPassBy()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        const auto tell = [this](const QString &message, bool error) {
+            QMetaObject::invokeMethod(m_ui->manager, "setProcessingData", Q_ARG(bool, false), Q_ARG(QString, message),
+                                      Q_ARG(bool, error));
+        };
+        const auto colour = [this](const QString &message) {
+            const auto *background = find(message)->parentItem()->property("background").value<QQuickItem *>();
+            return background->property("background").value<QQuickItem *>()->property("color").value<QColor>();
+        };
+        tell(u"Well done"_s, false);
+        QTRY_VERIFY(find(u"Well done"_s));
+        QCOMPARE(colour(u"Well done"_s), QColor("#009688"));
+        tell(u"<b>So bad</b>"_s, true);
+        QTRY_VERIFY(find(u"ERROR: <b>So bad</b>"_s) && !find(u"Well done"_s));
+        QCOMPARE(colour(u"ERROR: <b>So bad</b>"_s), QColor("#F44336"));
+        tell({}, true); // shows nothing, and leaves what shows
+        QVERIFY(find(u"ERROR: <b>So bad</b>"_s) && !find(u"ERROR: "_s));
+        QTRY_VERIFY_WITH_TIMEOUT(!find(u"ERROR: <b>So bad</b>"_s), 2500);
+    }
+
+    void sensorsInTheirOwnWindowLeaveTheColumnAndComeBack()
+    {
+        m_ui->connectTo(ZepBoard::RANGER);
+        QQuickItem *title = find(u"Sensors config"_s);
+        const QQuickItem *log = find(u"Log lines"_s);
+        const double height = log->height();
+        QTest::mouseClick(m_ui->window, Qt::LeftButton, {},
+                          Program::centre(m_ui->find(u"Expand window"_s, "visible", title->parentItem())));
+        QQuickWindow *own = title->window();
+        QVERIFY(own != m_ui->window && own->isVisible() && !find(u"Light enable"_s));
+        QTRY_VERIFY(log->height() > 1.5 * height);
+        Screen{own}.click(u"Light enable"_s);
+        QVERIFY(!enable(SensorModel::LIGHT));
+        own->close();
+        QTRY_COMPARE(log->height(), height);
+        QVERIFY(title->window() == m_ui->window && !checked(u"Light enable"_s));
     }
 
     void documentIsRefusedWithoutAWord()

@@ -15,17 +15,16 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cerrno>
 #include <csignal>
+#include <functional>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-const QStringList uploadWords =
-    u"ALRT_LIGHT ALRT_ACC ALRT_DRYC ALRT_PB PACQ_SENS ALRT_SENS PACQ POS UDATE AOP PREPASS_EN "
-    "ZEP_REDUN PREPASS_CFG LORA_EN LORA_AEUI LORA_AKEY LORA_ACK LORA_REDUN RST"_s.split(u' ');
-
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
@@ -36,6 +35,15 @@ void write(const QString &path, const QByteArray &content)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+}
+
+/// For the administrator no file is without permission.
+void asNobody(const std::function<void()> &what)
+{
+    const uid_t own = geteuid();
+    QVERIFY(own != 0 || seteuid(65534) == 0);
+    what();
+    QVERIFY(seteuid(own) == 0);
 }
 } // namespace
 
@@ -57,6 +65,13 @@ class TestConfiguration : public QObject
     void answer(const QString &word, const QStringList &lines)
     {
         m_session->peer.answer("AT+"_L1 + word + "=*"_L1, lines);
+    }
+
+    /// From now on the question for the wake-up button has this outcome.
+    template <typename Receiver, typename What> void onWakeUpQuestion(Receiver *receiver, What what)
+    {
+        QObject::disconnect(&manager(), &ZepManager::userActionRequested, nullptr, nullptr);
+        connect(&manager(), &ZepManager::userActionRequested, receiver, what);
     }
 
     [[nodiscard]] QStringList requestedWords()
@@ -131,7 +146,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         std::signal(SIGXFSZ, SIG_IGN);
-        QVERIFY(mkfifo(qPrintable(path(u"pipe"_s)), 0600) == 0);
+        QVERIFY(mkfifo(qPrintable(path(u"pipe"_s)), 0600) == 0 && chmod(qPrintable(m_folder.path()), 0755) == 0);
     }
 
     void init()
@@ -151,99 +166,162 @@ private Q_SLOTS:
 
     void uploadThatFailsAtACommandLeavesNothingBusy_data()
     {
-        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<QStringList>("sent");
+        QTest::addColumn<QString>("told");
         QTest::addColumn<QString>("line");
-        const struct
-        {
-            const char *words;
-            QString message;
-            QString line;
-        } stages[]{
-            {"ALRT_LIGHT ALRT_ACC ALRT_DRYC ALRT_PB", u"set sensor configuration"_s, u"set sensor alert on RANGER"_s},
-            {"PACQ_SENS", u"set sensor configuration"_s, u"enable/disable sensors on RANGER"_s},
-            {"ALRT_SENS PACQ", u"set sensor configuration"_s, u"enable/disable sensor alerts on RANGER"_s},
-            {"POS PREPASS_EN", u"set Tx profile configuration"_s, {}},
-            {"UDATE", u"set Tx profile configuration"_s, u"set UTC date on RANGER"_s},
-            {"AOP", u"set Tx profile configuration"_s, u"set AOP data"_s},
-            {"ZEP_REDUN", u"set Tx profile configuration"_s, u"set Tx redundancy"_s},
-            {"PREPASS_CFG", u"set Prepass configuration"_s, u"set prediction pass config"_s},
-            {"LORA_EN", {}, {}},
-            {"LORA_AEUI LORA_AKEY LORA_ACK LORA_REDUN", {}, u"set LoRa configuration"_s},
-            {"RST", u"reset device"_s, u"reset RANGER"_s},
-        };
-        for (const auto &stage : stages) {
-            for (const QByteArray &word : QByteArray(stage.words).split(' ')) {
-                QTest::newRow(word) << stage.message << stage.line;
+        const QString sensorStage = u"set sensor configuration"_s;
+        const QString profileStage = u"set Tx profile configuration"_s;
+        QStringList words;
+        QStringList stages;
+        QStringList lines;
+        for (const auto &[row, stage, line] : {
+                 // commands in their order                       stage          what is logged
+                 std::tuple{u"ALRT_LIGHT ALRT_ACC ALRT_DRYC ALRT_PB"_s, sensorStage, "set sensor alert on RANGER"},
+                 {u"PACQ_SENS"_s, sensorStage, "enable/disable sensors on RANGER"},
+                 {u"ALRT_SENS PACQ"_s, sensorStage, "enable/disable sensor alerts on RANGER"},
+                 {u"POS"_s, profileStage, ""},
+                 {u"UDATE"_s, profileStage, "set UTC date on RANGER"},
+                 {u"AOP"_s, profileStage, "set AOP data"},
+                 {u"PREPASS_EN"_s, profileStage, ""},
+                 {u"ZEP_REDUN"_s, profileStage, "set Tx redundancy"},
+                 {u"PREPASS_CFG"_s, u"set Prepass configuration"_s, "set prediction pass config"},
+                 {u"LORA_EN"_s, QString(), ""}, // what becomes of LoRa is not looked at
+                 {u"LORA_AEUI LORA_AKEY LORA_ACK LORA_REDUN"_s, QString(), "set LoRa configuration"},
+                 {u"RST"_s, u"reset device"_s, "reset RANGER"},
+             }) {
+            for (const QString &word : row.split(u' ')) {
+                words << word;
+                stages << stage;
+                lines << line;
+            }
+        }
+        const auto failed = [](const QString &stage) { return " falseUnable to "_L1 + stage + "!!"_L1; };
+        for (qsizetype at = 0; at < words.size(); ++at) {
+            const auto row = [&](const char *way, const QStringList &sent, const QString &told, const QString &line) {
+                QTest::addRow("%s %s", qPrintable(words[at]), way) << QString(way) << sent << "true"_L1 + told << line;
+            };
+            const QStringList upToIt = words.first(at + 1);
+            const bool goesOn = stages[at].isEmpty();
+            const QStringList sent = !goesOn                     ? upToIt
+                                     : words[at] == "LORA_EN"_L1 ? words
+                                                                 : upToIt + QStringList(u"RST"_s);
+            const QString failure = goesOn ? QString() : failed(stages[at]);
+            row("refuses", sent, failure, lines[at]);
+            row("resets", sent, u" falseConfiguration uploaded!"_s + failure, lines[at]);
+            // Cancelled is what comes next: of the bulletins another, and after the last nothing but the report.
+            const QString next = words[at] == "AOP"_L1 ? stages[at] : stages.value(at + 1);
+            row("sleeps", upToIt, at == words.size() - 1 ? QString() : failed(next.isEmpty() ? stages.last() : next),
+                {});
+            row("is unplugged", upToIt, u" false"_s, {});
+            if (at % 6 == 0) {
+                row("is left", {}, u" false"_s, {});
             }
         }
     }
 
     void uploadThatFailsAtACommandLeavesNothingBusy()
     {
-        QFETCH(QString, message);
+        QFETCH(QString, way);
         QFETCH(QString, line);
-        const QString word = QString::fromLatin1(QTest::currentDataTag());
-        const auto at = uploadWords.indexOf(word);
-        const QStringList ways{u"refuses"_s, u"sleeps"_s, u"resets"_s, u"is unplugged"_s, u"is left"_s};
-        for (const QString &way : ways.first(at % 6 == 0 ? ways.size() : 1)) {
-            init();
-            generate(3);
-            tx()->setSelectedProfile(TxManager::PREPASS);
-            tx()->setLoraEnabled(true);
-            const auto onAction = &ZepManager::userActionRequested;
-            if (way == "sleeps"_L1) {
-                disconnect(&manager(), onAction, nullptr, nullptr);
-                connect(&manager(), onAction, &manager(), &ZepManager::cancelModuleRequest);
+        const QString word = QString(QTest::currentDataTag()).section(u' ', 0, 0);
+        generate(3);
+        tx()->setSelectedProfile(TxManager::PREPASS);
+        tx()->setLoraEnabled(true);
+        onWakeUpQuestion(&manager(), &ZepManager::cancelModuleRequest);
+        connect(manager().serialPort(), &SerialPortManager::serialError, &manager(), &ZepManager::disconnect);
+        answer(word, way == "refuses"_L1  ? QStringList{u"+ERROR=5"_s}
+                     : way == "sleeps"_L1 ? QStringList{u"RANGER -- SLEEP"_s, u"+OK"_s}
+                     : way == "resets"_L1 ? QStringList{u"RANGER -- PARAMETERS RESTORED"_s}
+                                          : QStringList());
+        connect(&m_session->peer, &ScriptedPeer::requested, &manager(), [&](const QString &request) {
+            if (!way.startsWith(u"is "_s) || !request.startsWith("AT+"_L1 + word + u'=')) {
+                return;
             }
-            connect(manager().serialPort(), &SerialPortManager::serialError, &manager(), &ZepManager::disconnect);
-            answer(word, way == "refuses"_L1  ? QStringList{u"+ERROR=5"_s}
-                         : way == "sleeps"_L1 ? QStringList{u"RANGER -- SLEEP"_s, u"+OK"_s}
-                         : way == "resets"_L1 ? QStringList{u"RANGER -- PARAMETERS RESTORED"_s}
-                                              : QStringList());
-            connect(&m_session->peer, &ScriptedPeer::requested, &manager(), [&](const QString &request) {
-                if (way.startsWith(u"is "_s) && request.startsWith("AT+"_L1 + word + u'=')) {
-                    m_session->peer.disconnect(&manager());
-                    QTimer::singleShot(0, &manager(), [&] {
-                        if (way == "is unplugged"_L1) {
-                            m_session->peer.hangUp();
-                        } else { // for another session, in the middle of the upload
-                            answer(word, {u"+OK"_s});
-                            manager().disconnect();
-                            QVERIFY(m_session->connectTo(ZepBoard::RANGER));
-                        }
-                    });
-                }
-            });
-            manager().uploadConfig();
-            QStringList requested = requestedWords();
-            requested.removeDuplicates(); // each satellite is tried
-            if (way == "refuses"_L1) {
-                QStringList sent = word == "LORA_EN"_L1 ? uploadWords : uploadWords.first(at + 1);
-                sent << (message.isEmpty() && word != "LORA_EN"_L1 ? QStringList{u"RST"_s} : QStringList());
-                QCOMPARE(requested, sent);
-                QCOMPARE(m_told.last(), message.isEmpty() ? u"true"_s : "falseUnable to "_L1 + message + "!!"_L1);
-                QStringList lines = m_session->log.filter(u"Unable"_s);
-                lines.removeDuplicates();
-                QCOMPARE(lines.join(u' '), line.isEmpty() ? QString() : "[APP] Unable to "_L1 + line);
-            } else {
-                QCOMPARE(manager().processingData(), way == "sleeps"_L1 && word == "RST"_L1); // its report is awaited
-                QVERIFY(way != "sleeps"_L1 || requested.last() == word); // cancelled: nothing more is sent
-                QCOMPARE(!manager().board(), way == "is unplugged"_L1);
-            }
-            if (!manager().board()) {
-                m_session->peer.plugAgain();
-            }
-            answer(word, {u"+OK"_s});
-            answer(u"RST"_s, {u"+OK"_s, u"RANGER -- PARAMETERS RESTORED"_s});
-            if (way != "refuses"_L1) {
-                manager().disconnect(); // and with the session what still was awaited
-                QVERIFY(!manager().processingData());
-                disconnect(&manager(), onAction, nullptr, nullptr);
+            m_session->peer.disconnect(&manager());
+            QTimer::singleShot(0, &manager(), [&] {
+                if (way == "is unplugged"_L1) {
+                    m_session->peer.hangUp();
+                    return;
+                } // for another session, in the middle of the upload
+                answer(word, {u"+OK"_s});
+                manager().disconnect();
+                onWakeUpQuestion(&manager(), [] {});
                 QVERIFY(m_session->connectTo(ZepBoard::RANGER));
-            }
-            manager().uploadConfig();
-            QTRY_COMPARE(m_told.last(), u"falseConfiguration uploaded!"_s);
+            });
+        });
+        manager().uploadConfig();
+        QStringList requested = requestedWords();
+        requested.removeDuplicates(); // each satellite is tried
+        m_told.removeDuplicates();
+        QTEST(m_told.join(u' '), "told");
+        QCOMPARE(manager().processingData(), m_told.last() == "true"_L1);
+        QCOMPARE(!manager().board(), way == "is unplugged"_L1);
+        if (way != "is left"_L1) {
+            QTEST(requested, "sent");
         }
+        if (way != "sleeps"_L1 && way != "is left"_L1) {
+            QStringList log = m_session->log.filter(u"Unable"_s);
+            log.removeDuplicates();
+            QCOMPARE(log.join(u' '), line.isEmpty() ? QString() : "[APP] Unable to "_L1 + line);
+        }
+
+        answer(word, {u"+OK"_s});
+        answer(u"RST"_s, {u"+OK"_s, u"RANGER -- PARAMETERS RESTORED"_s});
+        onWakeUpQuestion(&m_session->peer, [this] { m_session->peer.say("RANGER -- BUTTON PUSHED"); });
+        if (!manager().board()) {
+            m_session->peer.plugAgain();
+            QVERIFY(m_session->connectTo(ZepBoard::RANGER));
+        } else if (manager().processingData()) {
+            m_session->peer.say("RANGER -- PARAMETERS RESTORED");
+            QTRY_VERIFY(!manager().processingData());
+        }
+        m_told.clear();
+        manager().uploadConfig();
+        QTRY_COMPARE(m_told.join(u' '), u"true falseConfiguration uploaded!"_s);
+    }
+
+    void cancelledWakeUpEndsAnUploadAndAReading()
+    {
+        manager().board()->setIsAwake(false);
+        onWakeUpQuestion(&manager(), &ZepManager::cancelModuleRequest);
+        QSignalSpy asked(&manager(), &ZepManager::userActionRequested);
+        manager().uploadConfig();
+        manager().getConfig();
+        QCOMPARE(m_told.join(u' '), u"true false true false"_s);
+        QCOMPARE(asked.count(), 2);
+        manager().board()->setIsAwake(true);
+        manager().getPrepassEnable();
+        QCOMPARE(requestedWords(), QStringList(u"PREPASS_EN"_s)); // the first that the device hears of
+    }
+
+    void readingGoesOnPastWhatIsRefusedAndKeepsTheOldValues()
+    {
+        generate(3);
+        tx()->setSelectedProfile(TxManager::PREPASS_ON_MODULE);
+        tx()->setLoraEnabled(true);
+        tx()->loraConfig()->setDevEui(u"0123456789ABCDEF"_s);
+        const QString before = state();
+        QStringList asked;
+        QStringList lines;
+        for (const QString &question :
+             u"PREPASS_EN prediction pass 'enable' status|UDATE UTC date from RANGER|ZEP_REDUN Tx redundancy|"
+             "LORA_EN LoRa connectivity status|LORA_REDUN LoRa message redundancy|LORA_DEUI LoRa device EUI|"
+             "LORA_AEUI LoRa App EUI|LORA_AKEY LoRa App key|LORA_ACK LoRa ack status|"
+             "ALRT_LIGHT sensor alert from RANGER|ALRT_ACC sensor alert from RANGER|"
+             "ALRT_DRYC sensor alert from RANGER|ALRT_PB sensor alert from RANGER|"
+             "PACQ_SENS sensors enable/disable status|ALRT_SENS sensor alerts status|PACQ acquisition period|"
+             "POS GNSS position|AOP AOP data|PREPASS_CFG prediction pass config"_s.split(u'|')) {
+            asked << question.section(u' ', 0, 0);
+            lines << "[APP] Unable to get "_L1 + question.section(u' ', 1);
+            answer(asked.last(), {u"+ERROR=5"_s});
+        }
+        manager().getConfig();
+        QCOMPARE(requestedWords(), asked);
+        QCOMPARE(m_session->log.filter(u"Unable"_s), lines);
+        QCOMPARE(state(), before);
+        QCOMPARE(tx()->loraConfig()->devEui(), u"0123456789ABCDEF"_s);
+        QCOMPARE(m_told.join(u' '), u"true false"_s);
     }
 
     void everyValueSurvivesItsFileAndNothingIsAsked()
@@ -308,10 +386,35 @@ private Q_SLOTS:
         QVERIFY2(taken || log.first() == "[APP] "_L1 + refused, qPrintable(log.first()));
         QTEST(int{sensors()->acquisitionPeriod()}, "period");
         QCOMPARE(manager().board()->firmwareVersion(), u"1,SW1.4.0"_s);
-        for (const QString &name : {u"nowhere"_s, u"."_s, u"pipe"_s}) {
-            manager().importConfig(path(name));
-            QCOMPARE(m_told.last(), u"falseConfiguration imported!"_s);
+    }
+
+    void importOfWhatCannotBeReadIsThatOfAnEmptyFile()
+    {
+        write(path(u"secret.conf"_s), "AT+PACQ=61\n");
+        QVERIFY(QFile::setPermissions(path(u"secret.conf"_s), {}));
+        for (const QString &name : {u"secret.conf"_s, u"nowhere"_s, u"."_s, u"pipe"_s}) {
+            const QString reason = name == "secret.conf"_L1 ? qt_error_string(EACCES) : u"which is no file"_s;
+            QTest::ignoreMessage(QtCriticalMsg, qPrintable("Unable to read "_L1 + path(name) + u' ' + reason));
+            m_told.clear();
+            asNobody([&] { manager().importConfig(path(name)); });
+            QCOMPARE(m_told.join(u' '), u"falseConfiguration imported!"_s);
+            QCOMPARE(sensors()->acquisitionPeriod(), 3600);
         }
+    }
+
+    void exportToAFolderWithoutPermissionLeavesTheOldFile()
+    {
+        const QString file = path(u"locked/old.conf"_s);
+        QVERIFY(QDir(m_folder.path()).mkdir(u"locked"_s));
+        write(file, "old");
+        QVERIFY(chmod(qPrintable(file), 0666) == 0 && chmod(qPrintable(path(u"locked"_s)), 0555) == 0);
+        QTest::ignoreMessage(QtCriticalMsg, qPrintable("Unable to write "_L1 + file + u' ' + qt_error_string(EACCES)));
+        generate(5);
+        asNobody([&] { manager().exportConfig(file); });
+        QVERIFY(chmod(qPrintable(path(u"locked"_s)), 0755) == 0);
+        QCOMPARE(m_told.last(), u"falseConfiguration exported!"_s);
+        QCOMPARE(contentOf(file), QByteArray("old"));
+        QCOMPARE(QDir(path(u"locked"_s)).entryList(QDir::Files | QDir::Hidden), QStringList(u"old.conf"_s));
     }
 
     void exportIsItsOwnersAndAFailedOneLeavesTheOldFile()
@@ -362,6 +465,16 @@ private Q_SLOTS:
         manager().exportConfig(file);
         QCOMPARE(contentOf(file), QByteArray("old"));
         QVERIFY(m_told.isEmpty() && !manager().processingData());
+    }
+
+    void thresholdOfTenThousandDigitsIsSentAndTold()
+    {
+        sensors()->setThresholdValues(SensorModel::ACCELEROMETER, QString(10000, u'9'));
+        QVERIFY(manager().setSensorsConfig());
+        QVERIFY(m_session->peer.requests().contains("AT+ALRT_ACC=0,"_L1 + QString(10000, u'9')));
+        answer(u"ALRT_ACC"_s, {"+ALRT_ACC=1,"_L1 + QString(10000, u'8')});
+        manager().getSensorsConfig();
+        QCOMPARE(sensors()->sensorMap()[SensorModel::ACCELEROMETER]->thresholdValues(), QString(10000, u'8'));
     }
 
     void listsTellWhatIsAcquiredAndBoardsWithoutSensorsIgnoreThem()

@@ -28,7 +28,7 @@ private Q_SLOTS:
         QTest::newRow("above") << QVariant(256) << defaults;
         QTest::newRow("overflow") << QVariant("4294967297") << defaults;
         QTest::newRow("list") << QVariant(QStringList{"1", "2"}) << defaults;
-        QTest::newRow("no Tx at all") << QVariant(0) << QList<int>{TxManager::PERIODIC, 0, 4, 0};
+        QTest::newRow("no Tx at all, and no time between two") << QVariant(0) << defaults;
         QTest::newRow("no such profile") << QVariant(3) << QList<int>{TxManager::PERIODIC, 3, 3, 3};
     }
 

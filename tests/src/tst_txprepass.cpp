@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QRegularExpression>
@@ -79,7 +80,9 @@ private Q_SLOTS:
         QTest::newRow("vanished") << "Error: Unable to open file: %1"
                                   << "No such file" << false;
         QTest::newRow("folder") << "Error: Unable to open file: %1"
-                                << "directory" << false;
+                                << "Not a file" << false;
+        QTest::newRow("pipe") << "Error: Unable to open file: %1"
+                              << "Not a file" << false;
         QTest::newRow("200 MiB line") << rejected << "The CSV file syntax is not correct" << true;
         QTest::newRow("over") << "Error: All satellite prepass date(s) in this file have expired!"
                               << "" << true;
@@ -99,6 +102,8 @@ private Q_SLOTS:
         m_path = m_bench->folder.filePath("chosen.csv");
         if (fault == "folder") {
             QVERIFY(QDir().mkpath(m_path));
+        } else if (fault == "pipe") {
+            QVERIFY(mkfifo(qPrintable(m_path), 0600) == 0);
         } else if (fault != "vanished") {
             write({"A -700 00:10:00"});
             QVERIFY(fault == "over" || QFile::resize(m_path, 200 * 1024 * 1024)); // takes no space on the disk

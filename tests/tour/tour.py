@@ -5,7 +5,7 @@
 
 tour.py --build build/dev [--board zep2] [--out FOLDER] [--readme]
 Prints each step and the session's log; leaves the screenshots in FOLDER; ends with 0 when every step held.
---readme also copies the screenshots that the README shows to docs/screenshots.
+--readme also copies the screenshots that the README shows of this board to docs/screenshots.
 """
 
 import argparse
@@ -19,9 +19,13 @@ import ranger
 import session
 from stage import ROOT, Stage, check, wait_until
 
-# What the README shows, and how much of the display it is.
-README = {"running": "1350x850", "connect": "1350x850", "in-a-pass": "1350x850", "satellites": "1350x850",
-          "in-its-pass": "1350x850", "settings-light": "1350x850", "large": "1800x1000", "unplugged": "1350x850"}
+# What the README shows of a board, and how much of the display it is.
+PAGE = "1350x850"
+README = {"zep1": {},
+          "zep2": {"running": PAGE, "connect": PAGE, "in-a-pass": PAGE, "satellites": PAGE, "in-its-pass": PAGE,
+                   "settings-light": PAGE, "large": "1800x1000", "unplugged": PAGE},
+          "tbx": {},
+          "ranger": {"uploaded": PAGE}}
 # Short delays, so that a tour lasts a minute: two seconds between the Tx of one payload.
 SETTINGS = """[Tx]
 Periodic\\delay=2
@@ -127,7 +131,7 @@ def main():
         print(f"\nThe session log, as exported:\n{tour.session_log}")
         print(f"Screenshots: {stage.out}")
     if options.readme:
-        for name, size in README.items():
+        for name, size in README[options.board].items():
             stage.run("convert", f"{stage.out}/{name}.png", "-crop", f"{size}+0+0", "+repage", "-strip",
                       f"{ROOT}/docs/screenshots/{name}.png")
     return 0

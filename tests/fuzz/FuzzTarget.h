@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <functional>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+class TxManager;
+
+/// What a file target_<name>.cpp defines: works on one input, with objects of its own, and ends the process when what
+/// comes of it is wrong. The working directory is a folder of the process's own, with an empty store of settings, a
+/// config.ini without a bulletin service, and nothing else that another input has left.
+void fuzzOne(const QByteArray &input);
+
+namespace Fuzz {
+/// Ends the process unless \a condition holds.
+void require(bool condition, const char *what);
+
+/// Writes the file \a name of the working directory; a store of settings takes notice however fast it comes.
+void write(const QString &name, const QByteArray &content);
+/// The user's settings, a name for write().
+QString settingsFile();
+
+/// Reads all that a view could bind to: the properties of \a object, of the objects that they lead to, and every role
+/// of the rows of models.
+void readAll(const QObject *object);
+
+/// Calls \a onTurn once in every turn of the event loop, whoever spins it, also inside such a call. A timer would be
+/// dumb there.
+class Pump : public QObject
+{
+public:
+    explicit Pump(std::function<void()> onTurn);
+
+private:
+    bool event(QEvent *event) override;
+
+    std::function<void()> m_onTurn;
+};
+
+/// Lets the sequence of \a tx go on, minute by minute; \a answer gives the device's answer to what it owes.
+void runSequence(TxManager &tx, int minutes, const std::function<void()> &answer);
+} // namespace Fuzz

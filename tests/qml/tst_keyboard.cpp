@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Program.h"
+
+using namespace Qt::StringLiterals;
+
+// The program without a mouse.
+class TestKeyboard : public QObject
+{
+    Q_OBJECT
+    /// What a screen reader says of the focus; of a spin box it is the number.
+    static QString focused(const Program &ui)
+    {
+        QQuickItem *item = ui.window->activeFocusItem();
+        const auto *accessible = item && item->isVisible() ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        const QString name = accessible ? accessible->text(QAccessible::Name) : QString();
+        return name.isEmpty() && item ? item->property("text").toString() : name;
+    }
+    static void key(const Program &ui, Qt::Key key) { QTest::keyClick(ui.window, key); }
+    static void press(const Program &ui, const QString &name, Qt::Key with)
+    {
+        for (int steps = 0; steps < 70 && focused(ui) != name; ++steps) {
+            key(ui, Qt::Key_Tab);
+        }
+        QCOMPARE(focused(ui), name);
+        key(ui, with);
+    }
+private Q_SLOTS:
+    void tabLeadsThroughEveryControlInReadingOrder_data()
+    {
+        QTest::addColumn<int>("board");
+        QTest::addColumn<QString>("order");
+        QTest::newRow("connection") << int(ZepBoard::NA) << uR"(Settings|Basic|Expert|ZEP1|ZEP2|TBX (STM32WL)|Ranger|
+COM port|Refresh list|Connect|Hello!)"_s;
+        QTest::newRow("payloads") << int(ZepBoard::ZEP2) << uR"(Settings|Request ZEP info|Disconnect|Sarvane profile|
+Modulation|Need some help about transmission profiles?|Periodic|Pre-pass|Period|Redundancy|Payload interval|Clear data|
+Import data|Data view|Satellite infos|Expand window|Select and copy all logs|Clear all logs|Export logs/AT commands|
+Filter AT commands when exporting|Log lines|Expand window|Select and copy all logs|Clear all logs|RX lines|
+Expand window|ACK|Check for any downlink message|P0|P0 message|P0 ACK|P0 downlink|
+Payload allowed lengths depends on your modulation (if enabled, 2 bytes are used for ack or downlink options)|1|Add|
+Start)"_s;
+        QTest::newRow("sensors") << int(ZepBoard::RANGER) << uR"(Settings|Request ZEP info|Disconnect|Sarvane profile|
+LoRa connectivity|Need some help about transmission profiles?|GET|Periodic|Pre-pass|Choose a custom UTC date and time|
+UTC time: GET|Redundancy|Redundancy: GET|Get next pass|Data view|Satellite infos|NA, |GNSS position: GET|
+Download AOP data from HelioWeb|AOP data: GET|Pass prediction: GET|Min. elevation|Min. pass duration|Configuration: GET|
+Upload config|Import configuration file|Export configuration|Expand window|Select and copy all logs|Clear all logs|
+Export logs/AT commands|Filter AT commands when exporting|Log lines|Expand window|Get onboard configuration|GNSS enable|
+Temperature enable|Humidity enable|Pressure enable|Light enable|Light alert|Light threshold|Accelerometer enable|
+Accelerometer alert|Accelerometer threshold|Dry contact enable|Dry contact alert|Dry contact threshold|
+Push button alert|Acquisition period)"_s;
+    }
+    void tabLeadsThroughEveryControlInReadingOrder()
+    {
+        QFETCH(int, board);
+        QFETCH(QString, order);
+        Program ui;
+        if (board != ZepBoard::NA) {
+            ui.connectTo(ZepBoard::Module(board));
+            ui.tx()->setSelectedProfile(board == ZepBoard::RANGER ? TxManager::PREPASS_ON_MODULE : TxManager::PERIODIC);
+            ui.tx()->addPayloadItem({});
+            QTRY_VERIFY(board == ZepBoard::RANGER || ui.find(u"P0 message"_s));
+        }
+        order.remove(u'\n').replace(u"GET"_s, u"Get parameter(s) from module"_s);
+        for (const QString &name : order.split(u'|') + QStringList{u"Settings"_s}) {
+            key(ui, Qt::Key_Tab);
+            QCOMPARE(focused(ui), name);
+        }
+    }
+    void dialogsTakeEnterAndEscapeAsExpected()
+    {
+        Program ui;
+        ui.connectTo(ZepBoard::ZEP2);
+        for (const Qt::Key answer : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+            Q_EMIT ui.tx()->txErrorOccured(u"No more"_s);
+            QTRY_COMPARE(focused(ui), u"OK"_s);
+            press(ui, u"OK"_s, Qt::Key_Tab);
+            press(ui, u"OK"_s, answer); // the only one, which Tab must not leave
+            QTRY_VERIFY(!ui.find(u"No more"_s));
+        }
+        press(ui, u"Disconnect"_s, Qt::Key_Enter);
+        QTRY_COMPARE(focused(ui), u"OK"_s);
+        key(ui, Qt::Key_Escape);
+        QTRY_VERIFY(!ui.find(u"OK"_s));
+        QVERIFY(focused(ui) == u"Disconnect"_s && ui.manager->board());
+        ui.manager->QObject::disconnect(&ui.peer); // which would press the button
+        Q_EMIT ui.manager->userActionRequested();
+        QTRY_COMPARE(focused(ui), u"Cancel"_s);
+        key(ui, Qt::Key_Return);
+        key(ui, Qt::Key_Escape);
+        press(ui, u"Cancel"_s, Qt::Key_Space); // still there: no key pressed by mistake ends the wait
+    }
+    void sessionNeedsNoMouse()
+    {
+        Program ui;
+        press(ui, u"ZEP2"_s, Qt::Key_Space);
+        press(ui, u"Connect"_s, Qt::Key_Return);
+        QTRY_COMPARE(ui.bar()->state(), u"dashboardPage"_s);
+        for (int rows = 0; rows < 4; ++rows) {
+            press(ui, u"Add"_s, Qt::Key_Enter);
+        }
+        press(ui, u"P3"_s, Qt::Key_Space);
+        press(ui, u"Delete P3"_s, Qt::Key_Return);
+        QTRY_VERIFY(!ui.find(u"P3 message"_s));
+        press(ui, u"Start"_s, Qt::Key_Return);
+        QTRY_COMPARE(focused(ui), u"Stop"_s);
+        press(ui, u"P2 message"_s, Qt::Key_B); // in place of the old one
+        Q_EMIT ui.tx()->currentIndexUpdated(1);
+        key(ui, Qt::Key_2); // not lost when the sequence goes on
+        QCOMPARE(ui.text(u"P2 message"_s), u"b2"_s);
+        press(ui, u"Stop"_s, Qt::Key_Return);
+        QTRY_VERIFY(!ui.tx()->sequenceRunning());
+        press(ui, u"Disconnect"_s, Qt::Key_Return);
+        QTRY_COMPARE(focused(ui), u"OK"_s);
+        key(ui, Qt::Key_Return);
+        QTRY_COMPARE(ui.bar()->state(), u"connectionPage"_s);
+    }
+};
+QTEST_MAIN(TestKeyboard)
+#include "tst_keyboard.moc"
