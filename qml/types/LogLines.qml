@@ -136,6 +136,9 @@ FocusScope {
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        // No row is current: the view would move its highlight to it, at a walk and unseen, wherever it believes the
+        // first row of a long log to lie, and the window would be drawn for minutes without a change.
+        currentIndex: -1
         // The mouse selects; the wheel, the keys and the bar scroll.
         interactive: false
         model: root.store

@@ -163,6 +163,14 @@ void tst_Dashboard::logStaysAtTheEndUnlessTheUserReadsAbove()
     QTRY_COMPARE(list->property("count").toInt(), 5'200);
     QTRY_VERIFY(list->property("atYEnd").toBool());
 
+    // Back from another page it stands still: nothing travels unseen through a long log.
+    m_page->setProperty("visible", false);
+    log(100);
+    m_page->setProperty("visible", true);
+    QTRY_VERIFY(list->property("atYEnd").toBool());
+    const QSignalSpy frames(m_window, &QQuickWindow::frameSwapped);
+    QVERIFY2(!QTest::qWaitFor([&frames] { return frames.count() > 20; }, 1'000), "the window is drawn without end");
+
     QTest::keyClick(m_window, Qt::Key_Home);
     QTRY_VERIFY(list->property("atYBeginning").toBool());
 }
