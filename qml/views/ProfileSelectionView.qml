@@ -97,10 +97,12 @@ ColumnLayout {
     component ViewTab: TabButton {
         id: tab
 
+        // Untyped, for what the tools do not know of a bar.
+        readonly property var mBar: TabBar.tabBar
         readonly property real mLabelWidth: contentItem.implicitWidth
 
-        Keys.onLeftPressed: tabBar.step(-1)
-        Keys.onRightPressed: tabBar.step(1)
+        Keys.onLeftPressed: mBar.step(-1)
+        Keys.onRightPressed: mBar.step(1)
         horizontalPadding: 0
         width: mLabelWidth
 
