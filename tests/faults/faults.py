@@ -60,7 +60,8 @@ class Session:
         if self.name != "zep1":
             self.console("say +PREPASS_EN=1")
             self.press(BULLETINS)
-            self.window.wait_text("AOP data downloaded successfully!")
+            self.window.wait_text("Check satellite pane for more info.")
+            self.window.wait_gone("Check satellite pane for more info.")
 
     # The wire
 
