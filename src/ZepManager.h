@@ -16,6 +16,8 @@
 #include <QPointer>
 #include <QtQml/qqmlregistration.h>
 
+#include <span>
+
 class QJSEngine;
 class QQmlEngine;
 class QTimer;
@@ -171,6 +173,13 @@ private:
     static constexpr ushort longTimeout = 15000;
     bool sendCommand(AtCmdHandler::CmdId id, const QStringList &params, ushort timeout);
     bool sendRaw(const QByteArray &data, ushort timeout);
+    struct Question
+    {
+        AtCmdHandler::CmdId id;
+        const char *failure; ///< the line of the log when it is not answered
+    };
+    /// Asks one question after the other, answered or not, as long as the session lasts.
+    void ask(std::span<const Question> questions);
     [[nodiscard]] bool wakeUpBoard();
     /// Whether a wait must end because the session that it belongs to is gone, or the application is going.
     [[nodiscard]] bool isWaitPointless(const QPointer<ZepBoard> &board) const { return !board || m_closing; }

@@ -39,11 +39,7 @@ bool ZepManager::hasLoRa() const
 
 void ZepManager::getLoRaConfig()
 {
-    static constexpr struct
-    {
-        AtCmdHandler::CmdId id;
-        const char *failure;
-    } questions[] = {
+    static constexpr Question questions[] = {
         // command                  failure
         {AtCmdHandler::LORA_EN, "Unable to get LoRa connectivity status"},
         {AtCmdHandler::LORA_REDUN, "Unable to get LoRa message redundancy"},
@@ -52,18 +48,8 @@ void ZepManager::getLoRaConfig()
         {AtCmdHandler::LORA_AKEY, "Unable to get LoRa App key"},
         {AtCmdHandler::LORA_ACK, "Unable to get LoRa ack status"},
     };
-    if (!hasLoRa() || !wakeUpBoard()) {
-        return;
-    }
-    const QPointer<ZepBoard> board = m_board;
-    for (const auto &question : questions) {
-        const bool answered = sendCommand(question.id, {}, shortTimeout);
-        if (isWaitPointless(board)) {
-            return;
-        }
-        if (!answered) {
-            m_logger->log(Logger::APP, QString::fromLatin1(question.failure));
-        }
+    if (hasLoRa() && wakeUpBoard()) {
+        ask(questions);
     }
 }
 

@@ -55,6 +55,20 @@ bool ZepManager::sendRaw(const QByteArray &data, ushort timeout)
     return !m_requestFailed;
 }
 
+void ZepManager::ask(std::span<const Question> questions)
+{
+    const QPointer<ZepBoard> board = m_board;
+    for (const Question &question : questions) {
+        const bool answered = sendCommand(question.id, {}, shortTimeout);
+        if (isWaitPointless(board)) {
+            return;
+        }
+        if (!answered) {
+            m_logger->log(Logger::APP, QString::fromLatin1(question.failure));
+        }
+    }
+}
+
 void ZepManager::onRequestTimeout()
 {
     m_requestTimer->stop();

@@ -19,11 +19,7 @@ const QMap<SensorModel::Id, AtCmdHandler::CmdId> ZepManager::sensorAlertCmdMap{
 
 void ZepManager::getSensorsConfig()
 {
-    static constexpr struct
-    {
-        AtCmdHandler::CmdId id;
-        const char *failure;
-    } questions[] = {
+    static constexpr Question questions[] = {
         // command                 failure
         {AtCmdHandler::PACQ_SENS, "Unable to get sensors enable/disable status"},
         {AtCmdHandler::ALRT_SENS, "Unable to get sensor alerts status"},
@@ -46,15 +42,7 @@ void ZepManager::getSensorsConfig()
             m_logger->log(Logger::APP, "Unable to get sensor alert from "_L1 + board->name());
         }
     }
-    for (const auto &question : questions) {
-        const bool answered = sendCommand(question.id, {}, shortTimeout);
-        if (isWaitPointless(board)) {
-            return;
-        }
-        if (!answered) {
-            m_logger->log(Logger::APP, QString::fromLatin1(question.failure));
-        }
-    }
+    ask(questions);
 }
 
 bool ZepManager::setSensorsConfig()
