@@ -53,7 +53,10 @@ bool PseudoTerminal::open()
 
 void PseudoTerminal::close()
 {
-    delete m_readNotifier;
+    if (m_readNotifier) { // whoever closes may be called by it
+        m_readNotifier->setEnabled(false);
+        m_readNotifier->deleteLater();
+    }
     m_readNotifier = nullptr;
     delete m_writeNotifier;
     m_writeNotifier = nullptr;

@@ -146,6 +146,15 @@ SimConsole::SimConsole(Simulator &simulator)
         {"late", " MS: the next answer comes so much later",
          number(0, maxMs, [&simulator](int ms) { simulator.setNextLate(ms); })},
         {"split", ": the next answer leaves in two writes, 50 ms apart", plain([&simulator] { simulator.setNextSplit(); })},
+        {"when", " REQUEST LINE: this console line, once, when the next request that begins so comes in, before it is heard",
+         [this, &simulator](const QString &order) {
+             const QString line = order.section(u' ', 1).trimmed();
+             if (line.isEmpty() || !row(line)) {
+                 return QStringLiteral("needs the beginning of a request and a console line");
+             }
+             simulator.addOrder(order.section(u' ', 0, 0), line);
+             return QString();
+         }},
         {"say", " TEXT: this line, whatever it is", text([&simulator](const QString &words) { simulator.speak(words); })},
         {"garbage", " BYTES: so many bytes that are no UTF-8, and a line end",
          number(1, maxCount, [&simulator](int count) { simulator.sendGarbage(count); })},
@@ -176,15 +185,22 @@ QString SimConsole::execute(const QString &line)
 {
     const QString trimmed = line.trimmed();
     const QString word = trimmed.section(u' ', 0, 0);
-    const auto row = std::find_if(m_rows.cbegin(), m_rows.cend(), [&word](const Row &r) { return r.word == word; });
-    if (row == m_rows.cend()) {
+    const Row *command = row(trimmed);
+    if (!command) {
         return QStringLiteral("error: unknown command \"%1\", try help").arg(word);
     }
-    const QString reason = row->run(trimmed.mid(word.size()).trimmed());
+    const QString reason = command->run(trimmed.mid(word.size()).trimmed());
     if (!reason.isEmpty()) {
         return QStringLiteral("error: %1: %2").arg(word, reason);
     }
     return (word == QLatin1String("help") ? help() : QString()) + QStringLiteral("ok");
+}
+
+const SimConsole::Row *SimConsole::row(const QString &line) const
+{
+    const QString word = line.section(u' ', 0, 0);
+    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), [&word](const Row &r) { return r.word == word; });
+    return found == m_rows.cend() ? nullptr : &*found;
 }
 
 QString SimConsole::help() const

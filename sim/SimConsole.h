@@ -28,6 +28,8 @@ private:
         std::function<QString(const QString &)> run; ///< gives the reason of a failure, empty for none
     };
 
+    /// The row of a line, or null if there is no such command.
+    [[nodiscard]] const Row *row(const QString &line) const;
     [[nodiscard]] QString help() const;
 
     std::vector<Row> m_rows;

@@ -182,11 +182,12 @@ void Simulator::onRequest(const QByteArray &line)
     m_trace->write('<', line);
     const QString request = QString::fromLatin1(line);
     Q_EMIT requestReceived(request);
-    if (!m_device->isListening()) {
-        return;
-    }
+    carryOutOrders(request);
     if (m_faults.muted > 0) {
         --m_faults.muted;
+        return;
+    }
+    if (!m_device->isListening()) {
         return;
     }
     Answer answer;
@@ -200,6 +201,17 @@ void Simulator::onRequest(const QByteArray &line)
     m_answers.push_back({answer.lines, std::move(answer.afterwards), due, std::exchange(m_faults.split, false)});
     if (!m_answerTimer.isActive()) {
         sendDueAnswers();
+    }
+}
+
+void Simulator::carryOutOrders(const QString &request)
+{
+    const auto first = std::stable_partition(m_orders.begin(), m_orders.end(),
+                                             [&](const Order &order) { return !request.startsWith(order.request); });
+    const std::vector<Order> due(first, m_orders.end());
+    m_orders.erase(first, m_orders.end()); // before they run: one may add another
+    for (const Order &order : due) {
+        execute(order.consoleLine);
     }
 }
 

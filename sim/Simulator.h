@@ -13,6 +13,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class BulletinServer;
 class ConsoleServer;
@@ -49,6 +50,9 @@ public:
     void setMute(int requests) { m_faults.muted = requests; }
     void setNextLate(int ms) { m_faults.lateMs = ms; }
     void setNextSplit() { m_faults.split = true; }
+    /// Carries out the console line, once, when the next request that begins with the text comes in, before it is
+    /// heard.
+    void addOrder(const QString &request, const QString &consoleLine) { m_orders.push_back({request, consoleLine}); }
     /// Sends bytes none of which is UTF-8, and a line end.
     void sendGarbage(int count);
     /// Sends a line that no request asked for.
@@ -77,6 +81,11 @@ private:
         int lateMs = 0;
         bool split = false;
     };
+    struct Order
+    {
+        QString request;
+        QString consoleLine;
+    };
     struct DelayedAnswer
     {
         QStringList lines;
@@ -87,6 +96,7 @@ private:
 
     void onReceived(const QByteArray &data);
     void onRequest(const QByteArray &line);
+    void carryOutOrders(const QString &request);
     void onClientOpened();
     void sendDueAnswers();
     void sendLine(const QByteArray &line, bool split, std::function<void()> sent = {});
@@ -109,4 +119,5 @@ private:
     QTimer m_answerTimer;
     QTimer m_autoWakeTimer;
     Faults m_faults;
+    std::vector<Order> m_orders;
 };

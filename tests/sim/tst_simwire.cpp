@@ -89,6 +89,11 @@ private Q_SLOTS:
              {"", "AT+PING=?", "+OK", 0, 1}});
         row(zep2, "muted and spoilt requests are counted",
             {{"mute 2|error 44", "AT+POS=1,1|AT+PING=?|AT+POS=2,2|AT+POS=?", "+ERROR=44|+POS=43.5495,1.4849"}});
+        row(zep2, "an order waits for its request",
+            {{"when AT+POS mute 1|when AT+POS say +RX=00", "AT+PING=?|AT+POS=1,1|AT+POS=?",
+              "+OK|+RX=00|+POS=43.5495,1.4849"},
+             {"when AT+POS unplug|when AT+POS plug", "AT+POS=?", ""},
+             {"unplug|plug", "AT+POS=?", "+POS=43.5495,1.4849"}});
         row(ranger, "a ranger hears nothing until its button is pushed",
             {{"", "AT+ID=?", ""},
              {"wake", "AT+PING=?", "RANGER -- BUTTON PUSHED|+OK"},
