@@ -3,22 +3,28 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Every operation of a user on every board, with every fault of the device in it: in the real program and its window.
 
-faults.py --build build/release [--board B] [--operation O] [--fault F] [--out FOLDER]
+faults.py --build build/release [--board B] [--operation O] [--fault F] [--later] [--sample N] [--out FOLDER]
+Boards can be played side by side, a process and a folder for each, as the default folders are:
+    faults.py --board zep1 & faults.py --board zep2 & wait
 A cell is one operation with one fault. It passes when the outcome is the one that is named in operations.py, the
 program lives, the next operation works, the session log holds each line of the wire once and in order (where the log
 still stands: a disconnection clears it), and the program is idle again. Prints each cell, those that do not apply with
 the reason, and the sums; ends with 0 when none failed. On a busy computer device and program can themselves be late.
+--later plays the cells whose fault strikes a later request of a chain; --sample a few of each board, for ctest.
 """
 
 import argparse
 import difflib
+import itertools
 import pathlib
 import re
 import sys
 import time
 
+from gi.repository import GLib
+
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tour"))
-from operations import BOARDS, BULLETINS, FAULTS, LOST, OPERATIONS, TIMEOUT, WAKE_UP, left_out  # noqa: E402
+from operations import BOARDS, BULLETINS, FAULTS, LATER, LOST, OPERATIONS, TIMEOUT, WAKE_UP, left_out  # noqa: E402
 from session import TITLE  # noqa: E402
 from stage import ROOT, Stage, TourError, check, wait_until  # noqa: E402
 
@@ -59,15 +65,18 @@ class Session:
         self.page(settings=False)
         if self.name != "zep1":
             self.console("say +PREPASS_EN=1")
+            self.press("Satellite infos")
             self.press(BULLETINS)
-            self.window.wait_text("Check satellite pane for more info.")
-            self.window.wait_gone("Check satellite pane for more info.")
+            self.window.wait_text("Last update:")  # lasts; the messages are gone soon
+            self.press("Data view")
+            wait_until(lambda: "Check satellite pane" not in self.window.text(), "the messages go")
 
     # The wire
 
     def trace(self):
         """What crossed the wire: (< or >, line), requests and answers in the log's spelling."""
-        lines = [line.split(" ", 2) for line in (self.stage.work / "trace").read_text().splitlines()]
+        whole = (self.stage.work / "trace").read_text().rpartition("\n")[0]  # the last may just be written
+        lines = [line.split(" ", 2) for line in whole.splitlines()]
         return [(way, spelled(text)) for _, way, text in lines if way in "<>"]
 
     def wire(self):
@@ -98,10 +107,10 @@ class Session:
     def pane(self):
         return self.window.wait_for("Expert log lines" if self.on_settings() else "Log lines", "list")
 
-    def accept(self, seconds=15.0):
+    def accept(self, seconds=30.0):
         """Ok, of the dialog before all others. One that is on its way out still takes the clicks."""
-        self.window.click_node([node for node in self.window.walk() if node.get_name() == "OK"
-                                and node.get_role_name() == "push button"][-1])
+        self.window.wait_for("OK", "push button")
+        self.window.click_node(list(self.window.find_all("OK", "push button"))[-1])
         self.window.wait_gone("OK", seconds)
 
     def choose_port(self, not_before=0.0):
@@ -143,10 +152,20 @@ class Session:
 
     def shown_log(self):
         """The end of the log, as it stands in the window, whatever dialog is before it."""
-        pane = self.pane()
-        rows = filter(None, map(pane.get_child_at_index, range(pane.get_child_count())))
-        rows = [row for row in rows if row.get_name().startswith("[") and self.window._shows(row)]
-        return [row.get_name() for row in sorted(rows, key=lambda row: row.get_extents(0).y)]
+        def rows():
+            pane = self.pane()
+            children = filter(None, map(pane.get_child_at_index, range(pane.get_child_count())))
+            return [name for _, name in sorted((row.get_extents(0).y, row.get_name()) for row in children
+                                               if row.get_name().startswith("[") and self.window._shows(row))]
+
+        def rests():  # no row came or went between two looks
+            try:
+                before = rows()
+                return before if before == rows() else None
+            except GLib.Error:
+                return None
+
+        return wait_until(rests, "the log comes to rest")
 
     def news(self, log):
         """What this cell has logged: all that stands behind the lines that the wire had before."""
@@ -170,10 +189,22 @@ class Session:
         check(held, "logged:\n" + "\n".join(
             difflib.unified_diff(*([" ".join(line) for line in part] for part in (wire, logged)), "wire", "log", "", "", 3, "")))
 
+    def settled_log(self):
+        """All lines of the log, checked. The last that crossed the wire may still be on its way into it."""
+        for pause in (3, 0):
+            log = self.log()
+            try:
+                self.check_log(log, whole=True)
+                return log
+            except TourError:
+                if not pause:
+                    raise
+                time.sleep(pause)
+
     def check_idle(self):
         """Under 1 % over a second that begins within two. By the clock of the process: /proc counts in steps of 1 %."""
         clock, used = (~self.stage.program.pid << 3) | 2, []
-        while len(used) < 3:
+        while len(used) < self.stage.idle_looks:
             before = time.clock_gettime(clock)
             time.sleep(1)
             used.append(time.clock_gettime(clock) - before)
@@ -210,21 +241,19 @@ def play(session, operation, fault):
     if session.name != "zep1":
         session.console(f"say +PREPASS_EN={int(operation.predicts)}")
     operation.prepare(session)
-    session.cell_begins, session.fault = len(session.trace()), fault
+    session.cell_begins, session.operation, session.fault = len(session.trace()), operation, fault
     process_log = 0 if operation.name == "close" else len(session.stage.process_log())
-    if operation.first:
-        if fault.before:
-            session.console(fault.before.format(late=operation.timeout * 1000 + operation.late))
+    if operation.request:
+        fault.order(session, operation)
         operation.act(session, lambda: False)
-        session.wait_request(1, operation.first)
+        session.wait_request(1, operation.request, 60)
         session.struck = time.monotonic()
-        fault.strike(session)
     else:
         operation.act(session, lambda: fault.strike(session))
     if fault.loses_line and operation.name != "close":
         lost(session, operation, fault)
     else:
-        {"close": closed, "disconnect": disconnected, "connect": connected}.get(operation.name, in_session)(
+        {"close": closed, "disconnect": disconnected, "connect": connected}.get(operation.title, in_session)(
             session, operation, fault)
     operation.restore(session)
     check(session.stage.program.poll() is None, "the program has ended")
@@ -243,31 +272,41 @@ def in_session(session, operation, fault):
     """The session goes on: the next operation runs in it."""
     if fault.name == "sleep":
         session.probe()
-        session.window.wait_text(WAKE_UP, operation.timeout + 5)
+        session.window.wait_text(WAKE_UP, operation.timeout + 20)
         session.console("wake")
         session.window.wait_gone(WAKE_UP)
     if fault.name == "assert":
-        time.sleep(0.4)  # the device restarts, and hears nothing
-    if operation.restarts and not fault.fails:
-        wait_until(lambda: any("RESTORED" in line for _, line in session.wire()), "the device restarts")
+        time.sleep(0.6)  # the device restarts, and hears nothing
+    if operation.restarted(fault):
+        wait_until(lambda: any("RESTORED" in line for _, line in session.wire()), "the device restarts", 60)
     tells = "AT+ID=?" if operation.on_settings else session.board.identity
+    if operation.name == "connect":
+        session.wait_request(1, session.board.last_read, 60)
     if operation.laps and not operation.on_settings:  # what it reads moves the button
-        session.wait_answered(operation.laps, tells, 20)
+        session.wait_request(operation.laps, tells)
+        if fault.fails and (operation.request == tells or operation.name == "connect"):
+            time.sleep(max(0, session.struck + operation.timeout + 0.5 - time.monotonic()))
+        else:
+            session.wait_answered(operation.laps, tells, 20)
     session.probe()
     session.wait_answered(operation.laps + 1, tells, operation.timeout + 20)
     operation.finish(session)
-    log = session.log()
-    session.check_log(log, whole=True)
+    log = session.settled_log()
     answered = not fault.fails and fault.name != "assert"  # which leaves the device deaf for a while
+    if operation.then:
+        asked = [line for way, line in session.wire() if way == "<"]
+        behind = asked[[line.startswith(operation.request) for line in asked].index(True) + 1:]
+        followed = any(line.startswith(operation.then) for line in behind)
+        check(followed == operation.goes_on(fault), f"behind the fault: {behind}")
     check_words(session.news(log), fault.words(operation), (TIMEOUT, *operation.failure) if answered else ())
 
 
 def lost(session, operation, fault):
     """The dialog, the page of connections; and a session over the next line."""
     session.window.wait_text(LOST)
-    if operation.name not in ("connect", "disconnect"):  # there the log shows no longer
-        if operation.first:
-            session.window.wait_text(TIMEOUT, operation.timeout + 5)
+    if operation.title not in ("connect", "disconnect"):  # there the log shows no longer
+        if operation.request:
+            session.window.wait_text(TIMEOUT, operation.timeout + 20)
         session.check_log(session.shown_log(), whole=False)
     session.accept(60)
     session.window.wait_for("Connect")
@@ -282,21 +321,20 @@ def lost(session, operation, fault):
 def connected(session, operation, fault):
     """A device that does not answer is not connected; whatever line comes first will do for an answer."""
     if fault.fails:
-        session.window.wait_text(f"Unable to contact {session.name.upper()}", 5)
+        session.window.wait_text(f"Unable to contact {session.name.upper()}")
         session.accept()
         # What is late meets the first request of the next session.
         session.connect(session.struck + operation.timeout + operation.late / 1000 - 0.6 if fault.name == "late" else 0)
     session.wait_answered(1, session.board.last_read, 60)
     session.probe()
     session.wait_answered(2, session.board.identity, 20)
-    log = session.log()
-    session.check_log(log, whole=True)
+    log = session.settled_log()
     check_words(log, () if fault.fails else fault.said)
 
 
 def disconnected(session, operation, _fault):
     """Whatever the device says to it, the session ends."""
-    session.window.wait_for("Connect", seconds=operation.timeout + 10)
+    session.window.wait_for("Connect", seconds=operation.timeout + 20)
     session.connect()
 
 
@@ -305,7 +343,7 @@ def closed(session, _operation, _fault):
     configuration = session.stage.work / "home/.config/Sarvane/ZepGUI.conf"
     configuration.unlink()
     session.window.close(TITLE)
-    code = session.stage.program.wait(5)
+    code = session.stage.program.wait(15)
     check(code == 0, f"the program ended with {code}")
     check("A1B2C3D4" in configuration.read_text(), "the settings are not saved")
     if not session.stage.port.exists():
@@ -313,14 +351,24 @@ def closed(session, _operation, _fault):
     session.start_program()
 
 
+def chosen(options, board):
+    """The cells to play. A sample has operations far apart, each with the next fault, and none that waits long."""
+    rows = [operation.on(board) for operation in OPERATIONS + LATER]
+    if not options.sample:
+        return [(row, fault) for row, fault in itertools.product(rows, FAULTS) if options.operation in (None, row.name)
+                and options.fault in (None, fault.name) and (row.later or not options.later)]
+    rows, first = [row for row in rows if board in row.boards], list(BOARDS).index(board) * options.sample
+    return [next((row, fault) for fault in (FAULTS * 2)[(first + i) % len(FAULTS):]
+                 if not (left_out(board, row, fault) or fault.fails and row.request and row.timeout > 1))
+            for i, row in enumerate(rows[len(rows) // options.sample // 2::len(rows) // options.sample][:options.sample])]
+
+
 def run(options, stage, board):
     """Every cell of a board; how many failed."""
     stage.board, session = board, None
     cells, failed, others = 0, [], 0
-    for operation, fault in ((operation.on(board), fault) for operation in OPERATIONS for fault in FAULTS):
-        if options.operation not in (None, operation.name) or options.fault not in (None, fault.name):
-            continue
-        title = f"{board:7}{operation.name:20}{fault.name:12}"
+    for operation, fault in chosen(options, board):
+        title = f"{board:7}{operation.title:34}{fault.name:12}"
         if reason := left_out(board, operation, fault):
             print(f"{title}does not apply: {reason}")
             others += 1
@@ -333,7 +381,7 @@ def run(options, stage, board):
             result = "passed"
         except Exception as error:
             result = f"FAILED: {type(error).__name__}: {error}"
-            failed.append((operation.name, fault.name))
+            failed.append((operation.title, fault.name))
             stage.screenshot("-".join(f"failed {title}".split()))
             end(stage)
             session = None
@@ -360,10 +408,13 @@ def main():
     parser.add_argument("--board", choices=BOARDS)
     parser.add_argument("--operation", choices=[operation.name for operation in OPERATIONS])
     parser.add_argument("--fault", choices=[fault.name for fault in FAULTS])
-    parser.add_argument("--out", default="/tmp/faults")
+    parser.add_argument("--later", action="store_true")
+    parser.add_argument("--sample", type=int, default=0)
+    parser.add_argument("--out")
     options = parser.parse_args()
-    with Stage(options.build, "", options.out) as stage:
+    with Stage(options.build, "", options.out or f"/tmp/faults-{options.board or 'all'}") as stage:
         stage.lasting = len(stage.processes)
+        stage.idle_looks = 10 if options.sample else 3  # a slow build on a busy computer takes longer to come to rest
         return min(1, sum(run(options, stage, board) for board in BOARDS if options.board in (None, board)))
 
 

@@ -24,11 +24,16 @@ BOARDS = {"zep1": types.SimpleNamespace(module=1, last_read="AT+PWR=?", identity
 @dataclasses.dataclass
 class Fault:
     name: str
-    before: str = ""  # a console line before the operation
-    during: tuple = ()  # and those while its first request waits
+    before: str = ""  # a console line when its request comes in
+    during: tuple = ()  # and those that come instead of an answer, or before it
     fails: bool = True  # the request is not answered, as far as the program can tell
     said: tuple = ()  # what the log tells of it
     loses_line: bool = False
+
+    def order(self, session, operation):
+        """It strikes when the request comes in, however late the computer is."""
+        for line in filter(None, (self.before, *self.during)):
+            session.console(f"when {operation.request} " + line.format(late=operation.timeout * 1000 + operation.late))
 
     def strike(self, session):
         for line in self.during:
@@ -36,8 +41,8 @@ class Fault:
         return self.loses_line
 
     def words(self, operation):
-        words = [*(self.said if operation.first or self.during else ()), *operation.told]
-        if operation.first:
+        words = [*(self.said if operation.request or self.during else ()), *operation.told]
+        if operation.request:
             words += operation.failure if self.fails else ()
             words += [operation.answer] if self.name in ("late", "split", "garbage") else []
         return words
@@ -48,7 +53,7 @@ FAULTS = [Fault("no answer", MUTE, said=(TIMEOUT,)),
           Fault("error", "error 44", said=("+ERROR=44", "Transceiver error (reset)")),
           Fault("late", "late {late}", said=(TIMEOUT,)),
           Fault("split", "split", fails=False),
-          Fault("garbage", "late 300", ("garbage 24",), fails=False),
+          Fault("garbage", "late 100", ("garbage 24",), fails=False),
           Fault("unsolicited", MUTE, ("say +RX=48656C6C6F",), fails=False, said=("+RX=48656C6C6F",)),
           Fault("assert", MUTE, ("assert watchdog",), fails=False,
                 said=("+ASSERT=watchdog", "ZEP ASSERT!",
@@ -66,24 +71,41 @@ def nothing(_session):
 class Operation:
     name: str
     boards: tuple
-    first: str  # its first request, or nothing if it sends none
+    request: str  # the one that the fault strikes, its first; or nothing if it sends none
     act: typing.Callable  # the second argument plays the fault where there is no request to wait for
-    failure: tuple = ()  # what the log tells when its first request fails
+    failure: tuple = ()  # what the log tells when the request fails
     answer: str = "+OK"
-    timeout: int = 1  # of the first request, in seconds
+    timeout: int = 1  # of the request, in seconds
     late: int = 600  # ms behind the time-out
     predicts: bool = False  # needs the profile of a module that predicts
     on_settings: bool = False
     restarts: bool = False  # the device, in the end
     told: tuple = ()  # what the log tells of it with every fault
+    then: str = ""  # the request that follows in its chain
+    ended_by: tuple = ()  # what ends the chain: a failure of the request, a reset of the device
+    later: bool = False  # another row of the same name has the first request of the chain
     laps: int = 0  # how often the request that tells of the probe is its own
     prepare: typing.Callable = nothing
     finish: typing.Callable = nothing  # in a session that goes on
     restore: typing.Callable = nothing  # in whatever session there is
 
+    @property
+    def title(self):
+        return f"{self.name} {self.request}" if self.later else self.name
+
     def on(self, board):
         failure = tuple(word.format(name=board.upper()) for word in self.failure)
-        return dataclasses.replace(self, **{"failure": failure} | VARIANTS.get((self.name, board), {}))
+        return dataclasses.replace(self, **{"failure": failure} | VARIANTS.get((self.title, board), {}))
+
+    def goes_on(self, fault):
+        """Whether the chain does."""
+        return not ("failure" in self.ended_by and fault.fails or "reset" in self.ended_by and fault.name == "assert")
+
+    def restarted(self, fault):
+        """Whether the device does, in the end. What is late still happens."""
+        if self.request == "AT+RST=":
+            return fault.name in ("late", "split", "garbage", "assert")
+        return self.restarts and self.goes_on(fault)
 
 
 def press(name, role=None):
@@ -93,6 +115,15 @@ def press(name, role=None):
 def read(name, boards, command, failure=(), button="", **options):
     return Operation(name, boards, f"AT+{command}=?", press(button + GET), (failure,) if failure else (),
                      **{"answer": f"+{command}="} | options)
+
+
+def later(name, request, failure="", then="", ended_by=(), **options):
+    """A row of an operation of OPERATIONS in which the fault strikes a later request of the chain."""
+    operation = next(operation for operation in OPERATIONS if operation.name == name)
+    word = request.removeprefix("AT+").removesuffix("?")
+    changes = {"failure": (failure,) if failure else (), "answer": "+" + word if request.endswith("?") else "+OK",
+               "then": then, "ended_by": ended_by, "timeout": 1, "late": 600, "later": True}
+    return dataclasses.replace(operation, request=request, **changes | options)
 
 
 def choose_power(session):
@@ -120,7 +151,7 @@ def start_periodic(session):
 def started(session):
     if session.fault.name == "assert":  # has stopped the sequence
         stopped(session)
-    elif session.fault.name == "unsolicited" and session.name == "zep1":  # the Tx itself was lost, and is awaited
+    elif session.fault.name == "unsolicited" and session.operation.request == "AT+TX=":  # was lost, and is awaited
         session.window.wait_text("Waiting for ACK...")
         session.press("Stop")
         session.window.wait_text("Stopping...")
@@ -130,13 +161,20 @@ def started(session):
         stopped(session)
 
 
+def started_on_module(session):
+    if session.fault.name != "assert":
+        session.window.wait_text("Next satellite pass in", 20)
+        session.press("Stop")
+    stopped(session)
+
+
 def stopped(session):
     session.window.wait_for("Start", seconds=20)
 
 
-def not_stopping(session):
-    """A Tx that nobody answers is awaited until the session ends."""
-    if session.window.find("Stopping..."):
+def not_ending(session):
+    """A Tx that nobody answers, and a restart that nobody reports, are awaited until the session ends."""
+    if session.window.find("Stopping...") or (session.operation.request, session.fault.name) == ("AT+RST=", "unsolicited"):
         leave(session)
         session.connect()
 
@@ -201,27 +239,28 @@ def show_data(session):
 
 
 RADIO, ALL = ("zep2", "tbx"), tuple(BOARDS)
+FAILURE, RESET, SEQUENCE = ("failure",), ("reset",), ("failure", "reset")
 PREDICTING, TRANSMITTING = (*RADIO, "ranger"), ("zep1", *RADIO)
 PROFILE = "Unable to get prediction pass 'enable' status"
 ON_SETTINGS, PREDICTS = {"on_settings": True}, {"predicts": True}
 FIRST_TAB = press("Sarvane profile", "page tab")
 OPERATIONS = [
     Operation("connect", ALL, "AT+PING=?", connect, prepare=leave, late=5000),
-    Operation("get identity", ALL, "AT+ID=?", press("Request ZEP info"), answer="+ID=", laps=1),
+    Operation("get identity", ALL, "AT+ID=?", press("Request ZEP info"), answer="+ID=", laps=1, then="AT+FW=?"),
     read("get Tx frequency", ("zep1",), "ATXFRQ", button="Tx frequency: ", **ON_SETTINGS),
     read("get Tx power", ("zep1",), "PWR", button="Tx power: ", **ON_SETTINGS),
     Operation("set Tx power", ("zep1",), "AT+PWR=500", press(f"Tx power: {SET}"), prepare=choose_power, **ON_SETTINGS),
     Operation("set modulation", RADIO, "AT+RCONF=", press("Apply chosen modulation"), ("Cannot set radio configuration!",),
-              prepare=press("Modulation", "page tab"), restore=FIRST_TAB),
+              prepare=press("Modulation", "page tab"), restore=FIRST_TAB, then="AT+RCONF=?", ended_by=FAILURE),
     read("get UTC time", ("zep2", "ranger"), "UDATE", "Unable to get UTC date from {name}", "UTC time: ", timeout=5, **PREDICTS),
     Operation("set UTC time", ("zep2",), "AT+UDATE=", set_utc, ("Unable to set UTC date on {name}",), timeout=5, **PREDICTS),
     read("get profile", ("ranger",), "PREPASS_EN", PROFILE),
     Operation("set profile", ("zep2",), "AT+PREPASS_EN=0", press("Periodic", "radio button"), timeout=5, **PREDICTS),
     read("get redundancy", ("ranger",), "ZEP_REDUN", "Unable to get Tx redundancy", "Redundancy: ", **PREDICTS),
     read("get LoRa", ("ranger",), "LORA_EN", "Unable to get LoRa connectivity status", "LoRa: ",
-         prepare=press("LoRa connectivity", "page tab"), restore=FIRST_TAB),
+         prepare=press("LoRa connectivity", "page tab"), restore=FIRST_TAB, then="AT+LORA_REDUN=?"),
     Operation("get sensors", ("ranger",), "AT+ALRT_LIGHT=?", press("Get onboard configuration"),
-              ("Unable to get sensor alert from {name}",), "+ALRT_LIGHT="),
+              ("Unable to get sensor alert from {name}",), "+ALRT_LIGHT=", then="AT+ALRT_ACC=?"),
     read("get position", PREDICTING, "POS", "Unable to get GNSS position", "GNSS position: ", **PREDICTS),
     Operation("set position", RADIO, "AT+POS=", press(f"GNSS position: {SET}"), **PREDICTS),
     read("get prediction", PREDICTING, "PREPASS_CFG", "Unable to get prediction pass config", "Pass prediction: ", timeout=15,
@@ -231,38 +270,66 @@ OPERATIONS = [
     Operation("bulletin download", ALL, "", download, prepare=press("Satellite infos"), restore=show_data,
               finish=lambda session: session.console("bulletins ok")),
     read("get bulletins", PREDICTING, "AOP", "Unable to get AOP data", "AOP data: ", answer="+AOP=end", **PREDICTS),
-    Operation("set bulletins", RADIO, "AT+AOP=", press(f"AOP data: {SET}"), ("Unable to set AOP data",), **PREDICTS),
+    Operation("set bulletins", RADIO, "AT+AOP=", press(f"AOP data: {SET}"), ("Unable to set AOP data",), then="AT+SAT=",
+              **PREDICTS),
     Operation("next pass", PREDICTING, "AT+NEXTPASS=?", press("Get next pass"), ("Unable to get satellite next pass",),
               "+NEXTPASS=", 15, **PREDICTS),
-    read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: "),
+    read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: ", then="AT+UDATE=?"),
     Operation("upload", ("ranger",), "AT+ALRT_LIGHT=", press("Upload config"), ("Unable to set sensor alert on {name}",),
-              restarts=True),
+              restarts=True, then="AT+ALRT_ACC=", ended_by=FAILURE, restore=not_ending),
     Operation("export", ("ranger",), "", save, told=("Config exported successfully!",), finish=saved),
     Operation("import", ("ranger",), "", load, told=("Config imported successfully!",)),
     Operation("start", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",), finish=started,
-              restore=not_stopping),
+              restore=not_ending, then="AT+TX=", ended_by=SEQUENCE),
+    Operation("start on module", RADIO, "AT+TXFIFO=", press("Start"), ("Unable to flush Tx payloads list",), timeout=15,
+              finish=started_on_module, then="AT+NEXTPASS=?", ended_by=RESET, **PREDICTS),
     Operation("stop", TRANSMITTING, "AT+TXFIFO=", stop, ("Unable to flush Tx payloads list",), timeout=15,
               prepare=start_on_module, finish=stopped, **PREDICTS),
     Operation("custom command", ALL, "AT+ID=?", lambda session, _: session.probe(), (), "+ID=", 15, laps=1, **ON_SETTINGS),
     Operation("disconnect", ALL, "AT+TXFIFO=", disconnect, timeout=15, prepare=start_on_module, **PREDICTS),
     Operation("close", ALL, "AT+ID=?", press("Request ZEP info"))]
+# A request in the middle of a chain, and its last.
+LATER = [
+    later("connect", "AT+ID=?", then="AT+FW=?", laps=1),
+    later("connect", "AT+PWR=?", boards=("zep1",), laps=1),
+    later("connect", "AT+UDATE=", "Unable to set UTC date on {name}", boards=RADIO, timeout=5, laps=1),
+    later("connect", "AT+LORA_DEUI=?", "Unable to get LoRa device EUI", boards=("ranger",), then="AT+LORA_AEUI=?", laps=1),
+    later("connect", "AT+PREPASS_CFG=?", "Unable to get prediction pass config", boards=("ranger",), timeout=15, laps=1),
+    later("get identity", "AT+SN=?", boards=("zep1",)),
+    later("get identity", "AT+RCONF=?", "Unable to get radio configuration", boards=RADIO),
+    later("get identity", "AT+FW=?", boards=("ranger",)),
+    later("set modulation", "AT+RCONF=?"),
+    later("get LoRa", "AT+LORA_ACK=?", "Unable to get LoRa ack status"),
+    later("get sensors", "AT+PACQ=?", "Unable to get acquisition period"),
+    later("get configuration", "AT+ALRT_SENS=?", "Unable to get sensor alerts status", then="AT+PACQ=?"),
+    later("get configuration", "AT+PREPASS_CFG=?", "Unable to get prediction pass config", timeout=15),
+    later("set bulletins", "AT+SAT=", "Unable to set constellation status", then="AT+AOP="),
+    later("set bulletins", "AT+SAT=E", "Unable to set constellation status"),
+    later("upload", "AT+UDATE=", "Unable to set UTC date on {name}", "AT+AOP=", FAILURE, timeout=5),
+    later("upload", "AT+PREPASS_CFG=", "Unable to set prediction pass config", "AT+LORA_EN=", FAILURE, **PREDICTS),
+    later("upload", "AT+LORA_EN=", then="AT+RST="),
+    later("upload", "AT+RST=", "Unable to reset {name}"),
+    later("start", "AT+TX=", "Unable to write Tx command", boards=RADIO, timeout=15),
+    later("start on module", "AT+NEXTPASS=?", "Unable to get satellite next pass", "AT+ATXRP=4", RESET, timeout=15),
+    later("start on module", "AT+ATXRP=4", "Unable to write Tx command", "AT+TXDATA=", SEQUENCE),
+    later("start on module", "AT+TXDATA=", "Unable to write Tx command")]
 # What an operation is on one board only. A Ranger that does not predict has its view of the satellites out of use.
-VARIANTS = {("start", "zep1"): {"first": "AT+TX="},
-            ("stop", "zep1"): {"first": "", "prepare": start_periodic, "timeout": 0},
-            ("disconnect", "zep1"): {"first": "", "prepare": nothing},
-            ("disconnect", "ranger"): {"first": "", "prepare": nothing},
+VARIANTS = {("start", "zep1"): {"request": "AT+TX=", "then": ""},
+            ("stop", "zep1"): {"request": "", "prepare": start_periodic, "timeout": 0},
+            ("disconnect", "zep1"): {"request": "", "prepare": nothing},
+            ("disconnect", "ranger"): {"request": "", "prepare": nothing},
             ("bulletin download", "ranger"): PREDICTS}
 
 
 def left_out(board, operation, fault):
     """Why a cell does not apply, or nothing."""
     if board not in operation.boards:
-        return "no such control on this board"
+        return "no such request on this board" if operation.later else "no such control on this board"
     if fault.name == "sleep" and board != "ranger":
         return "this board never sleeps"
     if operation.name == "bulletin download" and fault.name in ("no answer", "error", "garbage"):
         return ""  # played by the web service
-    if not operation.first and (not fault.during or fault.name in ("garbage", "unsolicited")):
+    if not operation.request and (not fault.during or fault.name in ("garbage", "unsolicited")):
         return "the operation sends no request to this board"
     if operation.name == "close" and fault.name in ("split", "error", "late"):
         return "the window is closed before such an answer could come"

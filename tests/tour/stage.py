@@ -22,7 +22,7 @@ def check(condition, what):
         raise TourError(what)
 
 
-def wait_until(condition, what, seconds=15.0):
+def wait_until(condition, what, seconds=30.0):
     """Returns the first true result of condition(); TourError when none comes in time."""
     end = time.monotonic() + seconds
     while True:
@@ -70,16 +70,18 @@ class Stage:
         return process
 
     def _start_display(self):
+        wait_until(self._is_display_started, "Xvfb starts", 10)  # of two that start at once, one may find its number taken
+        self.environment.pop("WAYLAND_DISPLAY", None)
+
+    def _is_display_started(self):
         read_end, write_end = os.pipe()
         self._start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1920x1200x24", "-nolisten", "tcp", "-noreset"],
                     pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             number = pipe.readline().strip()
-        if not number:
-            raise TourError("Xvfb did not start")
         self.environment["DISPLAY"] = os.environ["DISPLAY"] = f":{number}"
-        self.environment.pop("WAYLAND_DISPLAY", None)
+        return number
 
     def _start_accessibility(self):
         bus = self._start(["dbus-daemon", "--session", "--nofork", "--print-address"],
@@ -87,6 +89,15 @@ class Stage:
         address = bus.stdout.readline().strip()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"] = address
         self._start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], stderr=subprocess.DEVNULL)
+        # Who asks before the launcher has its name has another one started, and talks to a bus of its own.
+        name = ["org.freedesktop.DBus", "/", "org.freedesktop.DBus.NameHasOwner", "string:org.a11y.Bus"]
+        wait_until(lambda: "true" in self._ask_bus(*name), "the accessibility bus has its name")
+        wait_until(lambda: "unix:" in self._ask_bus("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"),
+                   "the accessibility bus tells its address")
+
+    def _ask_bus(self, owner, *message):
+        return subprocess.run(["dbus-send", "--session", "--print-reply=literal", f"--dest={owner}", *message],
+                              env=self.environment, capture_output=True, text=True).stdout
 
     def start_simulator(self, *options):
         simulator = self._start([self.build / "sim/zepsim", "--board", self.board, "--link", self.port, "--console",
@@ -105,7 +116,7 @@ class Stage:
     def console(self, line):
         """Plays the world: one console line of the simulator, which must say ok."""
         with socket.socket(socket.AF_UNIX) as console:
-            console.settimeout(5)
+            console.settimeout(30)
             console.connect(str(self.console_path))
             console.sendall(line.encode() + b"\n")
             answer = console.makefile().readline().strip()

@@ -19,13 +19,13 @@ class Window:
         self.application = wait_until(self._find_application, "the program appeared on the accessibility bus", 60)
 
     def _find_application(self):
-        desktop = Atspi.get_desktop(0)
-        desktop.clear_cache()
-        for index in range(desktop.get_child_count()):
-            child = desktop.get_child_at_index(index)
-            if child is not None and child.get_process_id() == self.pid:
-                return child
-        return None
+        try:
+            desktop = Atspi.get_desktop(0)
+            desktop.clear_cache()
+            children = (desktop.get_child_at_index(index) for index in range(desktop.get_child_count()))
+            return next((child for child in children if child is not None and child.get_process_id() == self.pid), None)
+        except GLib.Error:
+            return None  # another has left the bus meanwhile
 
     def walk(self):
         """Every accessible object that shows, parents first."""
@@ -47,13 +47,15 @@ class Window:
         return node.get_state_set().contains(Atspi.StateType.SHOWING)
 
     def find(self, name, role=None):
+        return next(self.find_all(name, role), None)
+
+    def find_all(self, name, role=None):
         for node in self.walk():
             try:
                 if node.get_name() == name and (role is None or node.get_role_name() == role):
-                    return node
+                    yield node
             except GLib.Error:
                 continue
-        return None
 
     def names(self):
         """(role, name) of what shows; a field is followed by what stands in it."""
@@ -83,13 +85,13 @@ class Window:
     def text(self):
         return "\n".join(name for _, name in self.names())
 
-    def wait_for(self, name, role=None, seconds=15.0):
+    def wait_for(self, name, role=None, seconds=30.0):
         return wait_until(lambda: self.find(name, role), f"'{name}' shows", seconds)
 
-    def wait_gone(self, name, seconds=15.0):
+    def wait_gone(self, name, seconds=30.0):
         wait_until(lambda: self.find(name) is None, f"'{name}' goes", seconds)
 
-    def wait_text(self, part, seconds=15.0):
+    def wait_text(self, part, seconds=30.0):
         wait_until(lambda: part in self.text(), f"'{part}' is read", seconds)
 
     def is_checked(self, name, role=None):
@@ -102,7 +104,7 @@ class Window:
             raise TourError(f"'{node.get_name()}' has no size")
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
-    def click(self, name, role=None, seconds=15.0):
+    def click(self, name, role=None, seconds=30.0):
         """A real press of the left button in the middle of the control, once it shows and stands still.
 
         The toolkit tells nobody whether a control is enabled, so one that is not takes the press without a word.
@@ -110,10 +112,13 @@ class Window:
         self.click_node(self.wait_for(name, role, seconds))
 
     def click_node(self, node):
-        def rests():
-            place = self.center(node)
-            time.sleep(0.05)
-            return place if place == self.center(node) else None
+        def rests():  # and has been laid out
+            try:
+                place = self.center(node)
+                time.sleep(0.1)
+                return place if place == self.center(node) else None
+            except (TourError, GLib.Error):
+                return None
 
         x, y = wait_until(rests, "the control comes to rest")
         xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
