@@ -18,6 +18,7 @@ FileDialog {
     parentWindow: mOverlay?.Window.window ?? null
     currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
 
+    onParentWindowChanged: reject() // the view has moved on, and its old window is gone
     onVisibleChanged: flattening.start()
 
     Connections {
