@@ -16,6 +16,7 @@
 #include "PrepassModel.h"
 #include "ProcessLog.h"
 #include "SatelliteAopModel.h"
+#include "SettingText.h"
 
 namespace {
 
@@ -29,9 +30,7 @@ constexpr int c_transferTimeout = 5000; // ms without data
 QString configuredUrl()
 {
     const QSettings config(QString::fromLatin1(c_configFile), QSettings::IniFormat);
-    const QVariant value = config.value(QLatin1String(c_urlKey), QString::fromLatin1(c_defaultUrl));
-    // A comma makes a list of an unquoted text.
-    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
+    return settingText(config.value(QLatin1String(c_urlKey), QString::fromLatin1(c_defaultUrl)));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMetaEnum>
 #include <QStringListModel>
 #include <QTimer>
@@ -139,8 +140,10 @@ void TxManager::changeModulationRadioConfiguration(ModulationModel::Modulation m
 void TxManager::importRadioConfFile(const QString &filepath)
 {
     QFile file(localPath(filepath));
+    // Opening a pipe would wait for its other end.
+    const bool opened = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
     // One byte more than a configuration has tells a longer file, whatever its size.
-    const QByteArray content = file.open(QIODevice::ReadOnly) ? file.read(c_radioConfSize + 1) : QByteArray();
+    const QByteArray content = opened ? file.read(c_radioConfSize + 1) : QByteArray();
     if (content.size() != c_radioConfSize) {
         log(QStringLiteral("Radio configuration file is not valid (should be 16 bytes long)!"));
         return;

@@ -48,8 +48,8 @@ void TxManager::start(uchar repeatNum)
     }
     if (m_selectedProfile == PREPASS_ON_MODULE) {
         prepareModule();
-        if (run != m_run) {
-            return; // stopped and started again inside the request: that start has armed what follows
+        if (!isRunning(run)) {
+            return; // stopped inside the request, and perhaps started again: that start has armed what follows
         }
     }
     scheduleNextTx();

@@ -13,6 +13,7 @@
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
 #include "PrepassProfile.h"
+#include "SettingText.h"
 
 namespace {
 
@@ -93,9 +94,7 @@ void TxManager::loadPayloads()
         }
     }
     for (const QVariant &value : std::as_const(payloads)) {
-        // A comma makes a list of an unquoted text.
-        addPayloadItem(value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(','))
-                                                                : value.toString());
+        addPayloadItem(settingText(value));
     }
 }
 

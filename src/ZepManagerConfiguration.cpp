@@ -19,8 +19,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr qint64 lineLengthMax = 65536; // bytes; no device has a line near it, a file that is no text soon does
-constexpr qsizetype shownLengthMax = 80;
+constexpr qint64 lineLengthMax = 65536;   // bytes; no device has a line near it, a file that is no text soon does
+constexpr qsizetype shownLengthMax = 256; // longer than any command that a device of this kind takes
 constexpr auto lastCommand = "AT+RST=\r\n";
 
 /// A line of any file, fit to be read in the log.
@@ -126,6 +126,7 @@ void ZepManager::exportConfig(const QString &filePath)
         return;
     }
     m_logger->log(Logger::APP, "Exporting config to "_L1 + localPath(filePath) + "..."_L1);
+    m_exportBuffer.clear(); // of an export whose session ended in the middle of it
     m_exportMode = true;
     uploadConfig(false);
     m_exportMode = false;

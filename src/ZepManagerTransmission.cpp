@@ -72,7 +72,7 @@ void ZepManager::processTxResponse()
 {
     const AtCmdHandler &line = *m_atCmdHandler;
     if (line.cmdId() == AtCmdHandler::TX) {
-        if (line.param(1).toInt() == 0) { // signed: a negative status is no success
+        if (line.paramDouble(1) == 0) { // of any sign and length: only 0 is success
             m_tx->onTxDone(line.param(0));
         } else {
             m_logger->log(Logger::APP, "A Tx error occured ("_L1 + line.param(1) + u')');

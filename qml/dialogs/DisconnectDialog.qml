@@ -13,7 +13,7 @@ import com.sarvane.qml
 ModalDialog {
     id: root
 
-    function hideSpinner() {
+    function hideSpinner(): void {
         spinner.visible = false;
     }
 

@@ -66,6 +66,7 @@ ModalDialog {
         mFirstYear = date.getUTCFullYear() - 1;
         yearPicker.currentIndex = 1;
         monthPicker.currentIndex = date.getUTCMonth();
+        rebuildDays(); // also when only the first year has moved, which no picker tells
         dayPicker.currentIndex = date.getUTCDate() - 1;
     }
     onAccepted: {

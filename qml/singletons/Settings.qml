@@ -16,4 +16,13 @@ Labs.Settings {
     property int module: Module.ZEP1
     property int windowHeight: 850
     property int windowWidth: 1350
+
+    Component.onCompleted: {
+        if (mode !== ZepManager.BASIC && mode !== ZepManager.EXPERT) {
+            mode = ZepManager.BASIC;
+        }
+        if (module < Module.ZEP1 || module > Module.RANGER) {
+            module = Module.ZEP1;
+        }
+    }
 }

@@ -36,7 +36,7 @@ ApplicationWindow {
         }
     }
 
-    function closeIfShown() {
+    function closeIfShown(): void {
         if (visible) {
             close();
         }

@@ -5,17 +5,29 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Dialogs
 import Qt.labs.platform as Platform
+import com.sarvane.qml
 
-/// Asks for a file, starting in the documents folder.
+/// Asks for a file, starting in the documents folder, over the window that asks. It ends with the session: what is
+/// accepted after the device has gone would be meant for another one.
 FileDialog {
     id: root
 
     /// What the popups of the asking window live in.
     required property Item mOverlay
 
+    parentWindow: mOverlay?.Window.window ?? null
     currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
 
+    onParentWindowChanged: reject() // the view has moved on, and its old window is gone
     onVisibleChanged: flattening.start()
+
+    Connections {
+        function onDisconnected() {
+            root.reject();
+        }
+
+        target: ZepManager
+    }
 
     // Where the system has no dialog of its own, Qt draws one, with a shadow that the software renderer cannot draw and
     // whose bearer it leaves out.

@@ -12,8 +12,9 @@ ToolTip {
     property color bgColor
 
     /// Shows \a message for \a duration milliseconds, as an error or as good news.
-    function tell(message: string, isError: bool, duration: int) {
+    function tell(message: string, isError: bool, duration: int): void {
         bgColor = isError ? Style.color.lightRed : Style.color.lightGreen;
+        timeout = -1; // one that is shown already would end when its first message does
         show(isError ? qsTr("ERROR: %1").arg(message) : message, duration);
     }
 

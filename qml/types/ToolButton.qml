@@ -17,7 +17,7 @@ ToolButton {
     property bool mRippleHalf: contentItem.width <= contentItem.height
 
     /// Shows \a text at once for a second, whether or not the mouse is here: the answer to a click.
-    function flashToolTip(text: string) {
+    function flashToolTip(text: string): void {
         ToolTip.delay = 0;
         ToolTip.show(text, 1000);
         ToolTip.delay = 500;

@@ -77,15 +77,6 @@ RowLayout {
         }
     }
 
-    Connections {
-        function onDisconnected() {
-            importDialog.reject();
-            exportDialog.reject();
-        }
-
-        target: ZepManager
-    }
-
     T.FileDialog {
         id: importDialog
 

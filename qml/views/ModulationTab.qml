@@ -66,12 +66,12 @@ ColumnLayout {
     }
 
     Label {
-        text: qsTr("Frequency: %1 - %2 Hz").arg(root.modulation.frequencyMin).arg(root.modulation.frequencyMax)
+        text: qsTr("Frequency: %1 - %2 Hz").arg(String(root.modulation.frequencyMin)).arg(String(root.modulation.frequencyMax))
         textFormat: Text.PlainText
     }
 
     Label {
-        text: qsTr("Power: %1 dBm").arg(root.modulation.power)
+        text: qsTr("Power: %1 dBm").arg(String(root.modulation.power))
         textFormat: Text.PlainText
     }
 

@@ -138,7 +138,10 @@ ColumnLayout {
         T.SetButton {
             id: powerSetButton
 
+            readonly property bool mInputEnabled: g_enableInput // qmllint disable unqualified
+
             Accessible.name: powerBox.Accessible.name + ": " + mToolTip
+            enabled: mInputEnabled && powerBox.currentIndex >= 0
 
             onClicked: ZepManager.setTxPower(powerBox.currentValue)
         }
@@ -195,6 +198,12 @@ ColumnLayout {
     Connections {
         function onCustomCmdCompleted() {
             customSpinner.visible = false;
+        }
+
+        // The board of an ended session goes without a word.
+        function onDisconnected() {
+            frequencyInput.text = frequencyInput.shownFrequency();
+            powerBox.currentIndex = powerBox.indexOfPower();
         }
 
         target: ZepManager

@@ -166,14 +166,6 @@ ColumnLayout {
         }
     }
 
-    Connections {
-        function onDisconnected() {
-            importDialog.reject();
-        }
-
-        target: ZepManager
-    }
-
     T.FileDialog {
         id: importDialog
 

@@ -11,6 +11,8 @@
 #include <QSettings>
 #include <QStringList>
 
+#include "SettingText.h"
+
 namespace {
 
 constexpr auto c_configFile = "config.ini";
@@ -30,7 +32,7 @@ ModulationModel::ModulationModel(QObject *parent)
 void ModulationModel::readRadioConfFolder()
 {
     const QSettings config(QString::fromLatin1(c_configFile), QSettings::IniFormat);
-    const QString folder = config.value(c_folderKey, c_defaultFolder).toString();
+    const QString folder = settingText(config.value(c_folderKey, c_defaultFolder));
     const QRegularExpression pattern(QString::fromLatin1(c_filePattern));
     const QMetaEnum modulations = QMetaEnum::fromType<Modulation>();
 

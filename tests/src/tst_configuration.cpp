@@ -368,9 +368,9 @@ private Q_SLOTS:
         }
         QTest::newRow("device EUI") << QByteArray("AT+PACQ=61\nAT+LORA_DEUI=00,11,22,33,44,55,66,77\nAT+PACQ=62")
                                     << u"Configuration not allowed: device EUI cannot be set"_s << 61;
-        QTest::newRow("binary") << QByteArray(500, '\0') << entry + u' ' + QString(80, u'\uFFFD') + u'…' << 3600;
+        QTest::newRow("binary") << QByteArray(500, '\0') << entry + u' ' + QString(256, u'\uFFFD') + u'…' << 3600;
         QTest::newRow("endless") << "AT+FW=" + QByteArray(200 << 20, 'x')
-                                 << entry + " AT+FW="_L1 + QString(74, u'x') + u'…' << 3600;
+                                 << entry + " AT+FW="_L1 + QString(250, u'x') + u'…' << 3600;
     }
 
     void importStopsAtTheFirstLineThatIsNone()

@@ -252,6 +252,18 @@ private Q_SLOTS:
         QVERIFY(!tx.sequenceRunning());
     }
 
+    void stopInsideTheNextPassRequestLeavesNothingForAnotherProfile()
+    {
+        TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
+        m_bench->duringNextPass = [&tx] { tx.stop(), tx.setSelectedProfile(TxManager::PERIODIC); };
+        tx.start(1);
+        QCOMPARE(sent(), "flush nextpass 0:0 flush");
+        QVERIFY(!m_bench->scheduleTimer->isActive());
+        tx.setAckPending(false); // by the flush of a real device
+        tx.start(1);
+        QCOMPARE(sent(), "0A 0:3"); // at once: nothing counts as sent already
+    }
+
     void modulesPassesCarryOnePayloadEach()
     {
         TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A", "0B"});

@@ -397,7 +397,7 @@ private Q_SLOTS:
         TxManager *tx = m_manager->tx();
         tx->addPayloadItem(u"00000000"_s);
         m_peer->answer(u"AT+TX=00000000"_s, {u"+OK"_s});
-        for (const char *status : {"7", "-1"}) {
+        for (const char *status : {"7", "-1", "4294967295"}) {
             tx->start(1);
             QVERIFY(tx->ackPending());
             m_peer->say(QByteArray("+TX=") + status + ",");

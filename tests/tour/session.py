@@ -69,10 +69,18 @@ def expand_the_log(tour):
     tour.window.focus("Misc / Logs")
     time.sleep(0.5)
     tour.shot("expanded")
+    tour.window.click("Export logs/AT commands")
+    tour.window.wait_text("Export logs to file...")
+    tour.shot("expanded-export", own=False)
     tour.window.close("Misc / Logs")
     wait_until(lambda: not tour.window.ids("Misc / Logs"), "the log's own window closes")
     tour.window.wait_for("Log lines")
     tour.window.focus(TITLE)
+    tour.window.wait_gone("Export logs to file...")
+    tour.window.click("Export logs/AT commands")  # the dialog opens in this window again
+    tour.window.wait_text("Export logs to file...")
+    tour.window.click("Cancel")
+    tour.window.wait_gone("Export logs to file...")
 
 
 def settings_and_light_theme(tour):

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The ZepGUI developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "SettingText.h"
+
+#include <QStringList>
+
+QString settingText(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
+}
