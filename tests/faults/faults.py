@@ -284,7 +284,7 @@ def in_session(session, operation, fault):
         session.wait_request(1, session.board.last_read, 60)
     if operation.laps and not operation.on_settings:  # what it reads moves the button
         session.wait_request(operation.laps, tells)
-        if fault.fails and (operation.request == tells or operation.name == "connect"):
+        if fault.fails and (operation.later or operation.request == tells):
             time.sleep(max(0, session.struck + operation.timeout + 0.5 - time.monotonic()))
         else:
             session.wait_answered(operation.laps, tells, 20)

@@ -6,6 +6,7 @@ import dataclasses
 import types
 import typing
 
+from stage import wait_until
 from tour import Tour
 
 TIMEOUT = "AT command request timeout!"
@@ -232,6 +233,13 @@ def download(session, strike):
         session.window.wait_text("Unable to parse" if fault.name == "garbage" else "Unable to fetch last")
 
 
+def know_satellites(session):
+    """Only those that the module has told of get a bulletin."""
+    session.cell_begins = len(session.trace())
+    session.press(f"AOP data: {GET}")
+    wait_until(lambda: (">", "+AOP=end") in session.wire(), "the module tells its bulletins")
+
+
 def show_data(session):
     if session.name != "zep1":
         session.console("say +PREPASS_EN=1")
@@ -271,7 +279,7 @@ OPERATIONS = [
               finish=lambda session: session.console("bulletins ok")),
     read("get bulletins", PREDICTING, "AOP", "Unable to get AOP data", "AOP data: ", answer="+AOP=end", **PREDICTS),
     Operation("set bulletins", RADIO, "AT+AOP=", press(f"AOP data: {SET}"), ("Unable to set AOP data",), then="AT+SAT=",
-              **PREDICTS),
+              prepare=know_satellites, **PREDICTS),
     Operation("next pass", PREDICTING, "AT+NEXTPASS=?", press("Get next pass"), ("Unable to get satellite next pass",),
               "+NEXTPASS=", 15, **PREDICTS),
     read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: ", then="AT+UDATE=?"),
