@@ -161,6 +161,7 @@ private Q_SLOTS:
         } while (completed.isEmpty() && next());
         seen.removeAll(QString());
         QCOMPARE(seen.join(' '), timetable);
+        QCOMPARE(completed.count(), 1);
         QVERIFY(tx.sequenceRunning() && !tx.ackPending() && !timer->isActive());
         QTRY_COMPARE(tx.timeUntilNextTx(), 1); // the countdown runs on until stop()
         tx.stop();
