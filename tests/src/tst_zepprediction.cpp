@@ -93,17 +93,10 @@ private Q_SLOTS:
 
     void acceptedSettingIsSentInSixDigitsAndKept()
     {
-        answerAll({u"POS"_s, u"PREPASS_CFG"_s}, u"+OK"_s);
+        answerAll({u"PREPASS_CFG"_s}, u"+OK"_s);
         QVERIFY(m_manager->setModuleUtcDate(u"2031-12-31T12:58:30Z"_s));
         QCOMPARE(m_manager->tx()->utcDateTime().date(), QDate(2031, 12, 31));
-        QVERIFY(m_manager->setGnssPosition(43.5612345, -1.4812345));
-        QCOMPARE(lastRequest(), u"AT+POS=43.5612,-1.48123"_s);
         profile()->setPosition({43.5612345, 0.00001});
-        answerAll({u"PREPASS_EN"_s, u"ZEP_REDUN"_s}, u"+OK"_s);
-        QVERIFY(m_manager->setPrepassEnable(true));
-        QCOMPARE(lastRequest(), u"AT+PREPASS_EN=1"_s);
-        QVERIFY(m_manager->setTxRedundancy(3));
-        QCOMPARE(lastRequest(), u"AT+ZEP_REDUN=3"_s);
         QVERIFY(m_manager->setPrepassConfig(2, 10.25, 4));
         QCOMPARE(lastRequest().remove(QRegularExpression(u"T12:58:..Z"_s)),
                  u"AT+PREPASS_CFG=43.5612,1e-05,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
