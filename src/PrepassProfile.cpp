@@ -31,7 +31,8 @@ QString configuredUrl()
     const QSettings config(QString::fromLatin1(c_configFile), QSettings::IniFormat);
     const QVariant value = config.value(QLatin1String(c_urlKey), QString::fromLatin1(c_defaultUrl));
     // A comma makes a list of an unquoted text.
-    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
+    const bool isList = value.typeId() == QMetaType::QStringList;
+    return isList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
 }
 
 } // namespace
@@ -49,7 +50,7 @@ void PrepassProfile::setPosition(Position position)
     Q_EMIT positionChanged();
 }
 
-void PrepassProfile::setConfig(PrepassConfig config)
+void PrepassProfile::setConfig(const PrepassConfig &config)
 {
     m_config = config;
     Q_EMIT configChanged();
