@@ -76,7 +76,8 @@ class TestConfiguration : public QObject
 
     [[nodiscard]] QStringList requestedWords()
     {
-        return m_session->peer.requests().replaceInStrings(QRegularExpression(u"^AT.|=.*"_s), QString());
+        QStringList words = m_session->peer.requests();
+        return words.replaceInStrings(QRegularExpression(u"^AT.|=.*"_s), QString());
     }
 
     /// Every model gets values of its own, such as the input fields and the device allow, of six digits.
@@ -128,7 +129,8 @@ class TestConfiguration : public QObject
         const LoRaConnectivity *lora = tx()->loraEnabled() ? tx()->loraConfig() : &none;
         QString text;
         QDebug out(&text);
-        for (const Sensor *sensor : sensors()->sensorMap()) {
+        const auto sensorMap = sensors()->sensorMap();
+        for (const Sensor *sensor : sensorMap) {
             out << sensor->enable() << sensor->alert() << sensor->thresholdValues();
         }
         out << sensors()->acquisitionPeriod() << prepass->position().latitude << prepass->position().longitude
@@ -457,7 +459,7 @@ private Q_SLOTS:
         QTimer::singleShot(100, &manager(), [this] {
             manager().disconnect();
             QVERIFY(m_session->connectTo(ZepBoard::RANGER));
-            QCOMPARE(requestedWords().first(), u"PING"_s); // asked of the device, not written to a file
+            QCOMPARE(requestedWords().constFirst(), u"PING"_s); // asked of the device, not written to a file
             m_server.serve("500 No", "no");
             m_told.clear();
         });

@@ -214,10 +214,11 @@ void TestSerialPortManager::slotMayDoAnything()
 {
     const QByteArray tag = QTest::currentDataTag();
     bool done = false;
-    connect(m_manager, &SerialPortManager::doneReading, &m_terminal, [&](const QString &line) {
-        if (line == "one"_L1 && tag == "close") {
+    QObject listener; // ends with what it keeps
+    connect(m_manager, &SerialPortManager::doneReading, &listener, [&](const QString &line) {
+        if (line == "one"_L1 && tag == "close") { // clazy:exclude=lambda-in-connect
             m_manager->close();
-            done = true;
+            done = true; // clazy:exclude=lambda-in-connect
         } else if (line == "one"_L1 && tag == "delete") {
             delete std::exchange(m_manager, nullptr);
             done = true;
