@@ -37,7 +37,7 @@ static void bareCommand(benchmark::State &state)
     WireThread wire;
     QSerialPort port;
     openBare(port, wire, state);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         // As long as the program pauses: after it a computer takes a while to wake up, milliseconds on some.
         QThread::msleep(10);
         port.write("AT+PWR=?\r\n");
@@ -55,7 +55,7 @@ static void command(benchmark::State &state)
     WireThread wire;
     ZepManager manager(nullptr);
     manager.connect(ZepBoard::ZEP1, pathOf(wire), u"Default"_s);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         manager.getTxPower();
     }
 }
@@ -63,7 +63,7 @@ BENCHMARK(command)->Iterations(100)->Repetitions(5)->ReportAggregatesOnly()->Use
 
 static void barePour(benchmark::State &state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         WireThread wire;
         QSerialPort port;
         openBare(port, wire, state);
@@ -85,7 +85,7 @@ BENCHMARK(barePour)->Iterations(3)->UseRealTime()->Unit(benchmark::kMillisecond)
 
 static void pour(benchmark::State &state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         WireThread wire;
         ZepManager manager(nullptr);
         manager.connect(ZepBoard::ZEP1, pathOf(wire), u"Default"_s);
