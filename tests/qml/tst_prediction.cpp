@@ -199,7 +199,7 @@ private Q_SLOTS:
         const QString hint = "Please import a CSV file exported from HelioWeb";
         const QString folder = QUrl::fromLocalFile(program.folder.path()).toString();
         Screen::evaluate(program.find("Satellite pass predictions"), "importDialog.currentFolder = '" + folder + "'");
-        for (const QString end : {"Cancel", "gone", "Open"}) {
+        for (const QString &end : QStringList{"Cancel", "gone", "Open"}) {
             QVERIFY(program.find("No data available.") && program.find(hint) && program.find("(with UTC time zone)."));
             QFile file("passes.csv");
             QVERIFY(file.open(QIODevice::WriteOnly));

@@ -98,7 +98,7 @@ private Q_SLOTS:
             QCOMPARE(field == period ? QString::number(sensors()->acquisitionPeriod()) : values, stored);
             const bool red = typed == u"59" || typed == u"65536"; // stays as it was typed
             QCOMPARE(text(field), red ? typed : stored);
-            QCOMPARE(m_ui->field(field)->property("color").value<QColor>() == QColor("#F44336"), red);
+            QCOMPARE(m_ui->field(field)->property("color").value<QColor>() == QColor(0xF44336), red);
         }
     }
 
@@ -166,10 +166,10 @@ private Q_SLOTS:
         };
         tell(u"Well done"_s, false);
         QTRY_VERIFY(find(u"Well done"_s));
-        QCOMPARE(colour(u"Well done"_s), QColor("#009688"));
+        QCOMPARE(colour(u"Well done"_s), QColor(0x009688));
         tell(u"<b>So bad</b>"_s, true);
         QTRY_VERIFY(find(u"ERROR: <b>So bad</b>"_s) && !find(u"Well done"_s));
-        QCOMPARE(colour(u"ERROR: <b>So bad</b>"_s), QColor("#F44336"));
+        QCOMPARE(colour(u"ERROR: <b>So bad</b>"_s), QColor(0xF44336));
         tell({}, true); // shows nothing, and leaves what shows
         QVERIFY(find(u"ERROR: <b>So bad</b>"_s) && !find(u"ERROR: "_s));
         QTRY_VERIFY(!find(u"ERROR: <b>So bad</b>"_s));

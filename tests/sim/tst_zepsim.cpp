@@ -188,7 +188,7 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo(link).isSymLink() && !QFileInfo::exists(link + ".console"));
         QVERIFY(trace.open(QIODevice::ReadOnly));
         const QByteArray log = trace.readAll();
-        const QRegularExpression expected("^\\d+ < AT\\+PING=\\?\n\\d+ > \\+OK\n\\d+ # unplug\n\\d+ # plug\n$");
+        static const QRegularExpression expected("^\\d+ < AT\\+PING=\\?\n\\d+ > \\+OK\n\\d+ # unplug\n\\d+ # plug\n$");
         QVERIFY2(expected.match(log).hasMatch(), log);
     }
 };

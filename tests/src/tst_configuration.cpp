@@ -96,7 +96,8 @@ class TestConfiguration : public QObject
 
     [[nodiscard]] QStringList requestedWords()
     {
-        return m_session->peer.requests().replaceInStrings(QRegularExpression(u"^AT.|=.*"_s), QString());
+        QStringList words = m_session->peer.requests();
+        return words.replaceInStrings(QRegularExpression(u"^AT.|=.*"_s), QString());
     }
 
     void importFile(const QByteArray &content)
@@ -410,7 +411,7 @@ private Q_SLOTS:
         QTimer::singleShot(100, &manager(), [this] {
             manager().disconnect();
             QVERIFY(m_session->connectTo(ZepBoard::RANGER));
-            QCOMPARE(requestedWords().first(), u"PING"_s); // asked of the device, not written to a file
+            QCOMPARE(requestedWords().constFirst(), u"PING"_s); // asked of the device, not written to a file
             m_server.serve("500 No", "no");
             m_told.clear();
         });

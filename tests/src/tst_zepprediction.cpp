@@ -24,7 +24,7 @@ class TestZepPrediction : public QObject
 
     [[nodiscard]] PrepassProfile *profile() const { return m_manager->tx()->prepassProfile(); }
     [[nodiscard]] SatelliteAopModel *satellites() const { return profile()->satelliteAopModel(); }
-    [[nodiscard]] QString lastRequest() const { return m_session->peer.requests().last(); }
+    [[nodiscard]] QString lastRequest() const { return m_session->peer.requests().constLast(); }
     [[nodiscard]] QString lastLine() const { return m_session->log.last(); }
 
     void changeTo(ZepBoard::Module module)
@@ -189,8 +189,9 @@ private Q_SLOTS:
     {
         m_server.serve("500 Error", "");
         QList<bool> computing;
-        connect(m_manager->tx(), &TxManager::computingSatelliteNextPassChanged, this,
-                [&] { computing << m_manager->tx()->computingSatelliteNextPass(); });
+        QObject listener; // ends with what it keeps
+        connect(m_manager->tx(), &TxManager::computingSatelliteNextPassChanged, &listener,
+                [&] { computing << m_manager->tx()->computingSatelliteNextPass(); }); // clazy:exclude=lambda-in-connect
         answerAll({u"NEXTPASS"_s}, u"+ERROR=5"_s);
         for (const int option : {0, 1, 2}) {
             QTest::ignoreMessage(QtCriticalMsg, "Error: QNetworkReply::InternalServerError");

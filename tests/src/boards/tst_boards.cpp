@@ -27,7 +27,7 @@ private Q_SLOTS:
         auto common = zep2.regexMap();
         QCOMPARE(common.remove(AtCmdHandler::RX) + common.remove(AtCmdHandler::BC), 2);
         QCOMPARE(common, tbx.regexMap());
-        const QMap<const ZepBoard *, int> patternCounts{{&zep1, 9}, {&zep2, 19}, {&tbx, 17}, {&ranger, 24}};
+        const QHash<const ZepBoard *, int> patternCounts{{&zep1, 9}, {&zep2, 19}, {&tbx, 17}, {&ranger, 24}};
         for (auto count = patternCounts.cbegin(); count != patternCounts.cend(); ++count) {
             const ZepBoard *const board = count.key();
             const bool isRanger = board == &ranger;
