@@ -37,7 +37,7 @@ static void bareCommand(benchmark::State &state)
     WireThread wire;
     QSerialPort port;
     openBare(port, wire, state);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         // As long as the program pauses: after it a computer takes a while to wake up, milliseconds on some.
         QThread::msleep(10);
         port.write("AT+PWR=?\r\n");
@@ -49,12 +49,13 @@ static void bareCommand(benchmark::State &state)
 }
 BENCHMARK(bareCommand)->Iterations(100)->Repetitions(5)->ReportAggregatesOnly()->UseRealTime();
 
+// cppcheck-suppress constParameterCallback ; a state that counts is never const
 static void command(benchmark::State &state)
 {
     WireThread wire;
     ZepManager manager(nullptr);
     manager.connect(ZepBoard::ZEP1, pathOf(wire), u"Default"_s);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         manager.getTxPower();
     }
 }
@@ -62,7 +63,7 @@ BENCHMARK(command)->Iterations(100)->Repetitions(5)->ReportAggregatesOnly()->Use
 
 static void barePour(benchmark::State &state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         WireThread wire;
         QSerialPort port;
         openBare(port, wire, state);
@@ -84,7 +85,7 @@ BENCHMARK(barePour)->Iterations(3)->UseRealTime()->Unit(benchmark::kMillisecond)
 
 static void pour(benchmark::State &state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         WireThread wire;
         ZepManager manager(nullptr);
         manager.connect(ZepBoard::ZEP1, pathOf(wire), u"Default"_s);

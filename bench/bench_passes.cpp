@@ -23,7 +23,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr qint64 span = 30 * 86400; // s that the passes spread over
+constexpr qint64 span = qint64{30} * 86400; // s that the passes spread over
 
 /// A table of \a rows passes in no order, of which the first \a begun are in progress at \a now.
 QByteArray table(qint64 rows, qint64 begun, const QDateTime &now)

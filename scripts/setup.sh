@@ -14,7 +14,7 @@ packages=(
     qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qt-labs-folderlistmodel
     qml6-module-qt-labs-platform qml6-module-qt-labs-settings qml6-module-qtquick-shapes qml6-module-qtcore
     # checking
-    clang-format-14 clang-tidy-14 qml6-module-qttest
+    clang-format-14 clang-tidy-14 cppcheck clazy gcovr qml6-module-qttest
     xvfb xdotool imagemagick dbus at-spi2-core python3 python3-gi gir1.2-atspi-2.0 python3-xlib
 )
 # For ./package alone: making and judging a package, and a bare system to install it in.

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr qint64 requestCapacity = qint64{16} * 1024; // bytes of a request's head
-const QByteArray documentPath = QByteArrayLiteral("/mdr/resources/fleetfeed");
+constexpr char documentPath[] = "/mdr/resources/fleetfeed";
 
 QByteArray response(const QByteArray &status, const QByteArray &body)
 {
@@ -66,7 +66,7 @@ QByteArray BulletinServer::answerTo(const QByteArray &requestLine) const
         return response("405 Method Not Allowed", {});
     }
     const QByteArray target = words.value(1);
-    if (target != documentPath && !target.startsWith(documentPath + '?')) {
+    if (target != documentPath && !target.startsWith(QByteArray(documentPath) + '?')) {
         return response("404 Not Found", {});
     }
     if (m_mode == BulletinMode::Status500) {

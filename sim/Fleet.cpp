@@ -8,7 +8,6 @@
 namespace {
 
 constexpr int secondsPerDay = 24 * 60 * 60;
-const QDateTime factoryDay(QDate(2026, 1, 5), QTime(0, 0), Qt::UTC);
 
 } // namespace
 
@@ -26,6 +25,7 @@ std::vector<FleetSatellite> fleet(quint32 seed)
         {QStringLiteral("Cirrus-1"), QStringLiteral("C"), 3, 0, {{}, 0, -24.6904, 97.2713, 51.6402, 7005.44}, -0.77, false},
     };
     // clang-format on
+    const QDateTime factoryDay(QDate(2026, 1, 5), QTime(0, 0), Qt::UTC);
     QRandomGenerator random(seed);
     for (FleetSatellite &satellite : satellites) {
         satellite.orbit.nodeDate = factoryDay.addSecs(random.bounded(secondsPerDay));

@@ -12,11 +12,6 @@ constexpr int maxMilliseconds = 24 * 60 * 60 * 1000;
 constexpr int maxHours = 366 * 24;
 constexpr int maxPort = 65535;
 
-const QHash<QString, Board> boardWords{{QStringLiteral("zep1"), Board::Zep1},
-                                       {QStringLiteral("zep2"), Board::Zep2},
-                                       {QStringLiteral("tbx"), Board::Tbx},
-                                       {QStringLiteral("ranger"), Board::Ranger}};
-
 /// Reads a number option into \a target; false, with \a message set, if it is no number or out of range.
 bool readNumber(const QCommandLineParser &parser, const QString &name, double minimum, double maximum, double &target,
                 QString &message)
@@ -126,6 +121,10 @@ SimOptionsResult readOptions(const QStringList &arguments)
             return {std::nullopt, QStringLiteral("--%1 goes with --passes-csv").arg(name), 2};
         }
     }
+    static const QHash<QString, Board> boardWords{{QStringLiteral("zep1"), Board::Zep1},
+                                                  {QStringLiteral("zep2"), Board::Zep2},
+                                                  {QStringLiteral("tbx"), Board::Tbx},
+                                                  {QStringLiteral("ranger"), Board::Ranger}};
     const auto board = boardWords.constFind(parser.value(QStringLiteral("board")));
     if ((board == boardWords.cend() && !isPassTable) || !parser.positionalArguments().isEmpty()) {
         return {std::nullopt, QStringLiteral("--board must be zep1, zep2, tbx or ranger; --help tells the rest"), 2};

@@ -59,19 +59,23 @@ QString setPass(SimDevice &device, const QString &argument)
     return reason;
 }
 
-const QMap<QString, BulletinMode> bulletinModes{{"ok", BulletinMode::Ok},
-                                                {"500", BulletinMode::Status500},
-                                                {"empty", BulletinMode::Empty},
-                                                {"broken", BulletinMode::Broken},
-                                                {"errors", BulletinMode::Errors},
-                                                {"unknown-status", BulletinMode::UnknownStatus},
-                                                {"no-ident", BulletinMode::NoIdent},
-                                                {"silent", BulletinMode::Silent}};
+const QMap<QString, BulletinMode> &bulletinModes()
+{
+    static const QMap<QString, BulletinMode> modes{{"ok", BulletinMode::Ok},
+                                                   {"500", BulletinMode::Status500},
+                                                   {"empty", BulletinMode::Empty},
+                                                   {"broken", BulletinMode::Broken},
+                                                   {"errors", BulletinMode::Errors},
+                                                   {"unknown-status", BulletinMode::UnknownStatus},
+                                                   {"no-ident", BulletinMode::NoIdent},
+                                                   {"silent", BulletinMode::Silent}};
+    return modes;
+}
 
 QString setBulletins(Simulator &simulator, const QString &word)
 {
-    const auto mode = bulletinModes.constFind(word);
-    if (mode == bulletinModes.cend()) {
+    const auto mode = bulletinModes().constFind(word);
+    if (mode == bulletinModes().cend()) {
         return QStringLiteral("no such mode");
     }
     return simulator.setBulletinMode(*mode) ? QString() : QStringLiteral("start with --bulletins for this");
@@ -135,7 +139,7 @@ SimConsole::SimConsole(Simulator &simulator)
          }},
         {"forget-bulletins", ": the device has no bulletin left",
          plain([&device] { device.prediction().forgetBulletins(); })},
-        {"bulletins", " MODE: how the web service answers from now on: " + QStringList(bulletinModes.keys()).join(", "),
+        {"bulletins", " MODE: how the web service answers from now on: " + bulletinModes().keys().join(", "),
          [&simulator](const QString &word) { return setBulletins(simulator, word); }},
         {"tx-error", " N: the next Tx result has status N",
          number(-255, 255, [&device](int status) { device.transmitter().setNextStatus(status); })},

@@ -24,7 +24,7 @@ constexpr Field anyNumber{Field::Kind::Decimal, -1e9, 1e9};
 
 // Fields of PREPASS_CFG.
 enum { StartDate = 2, EndDate, MinElevation, MaxElevation, MinMinutes, Step = 9 };
-const QString configuration = QStringLiteral("PREPASS_CFG");
+constexpr QLatin1String configuration("PREPASS_CFG");
 
 QString listLine(const QString &ident, const QStringList &fields, bool blacklisted)
 {

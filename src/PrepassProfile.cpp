@@ -48,7 +48,7 @@ void PrepassProfile::setPosition(Position position)
     Q_EMIT positionChanged();
 }
 
-void PrepassProfile::setConfig(PrepassConfig config)
+void PrepassProfile::setConfig(const PrepassConfig &config)
 {
     m_config = config;
     Q_EMIT configChanged();

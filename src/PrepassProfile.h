@@ -49,7 +49,7 @@ public:
 
 public Q_SLOTS:
     void setPosition(Position position);
-    void setConfig(PrepassConfig config);
+    void setConfig(const PrepassConfig &config);
     void setRedundancy(uchar redundancy);
     /// Degrees.
     void setConfigMinElevation(double minElevation);

@@ -92,6 +92,7 @@ void SerialPortManager::close()
 void SerialPortManager::onDataRead()
 {
     const QPointer<SerialPortManager> self(this); // a slot may delete what it hears from
+    // cppcheck-suppress knownConditionTrueFalse ; see above
     while (self && lineArrived()) {
         Q_EMIT doneReading(QString::fromUtf8(m_port->readLine().trimmed()));
     }

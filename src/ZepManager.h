@@ -52,6 +52,7 @@ public:
 
     [[nodiscard]] SerialPortManager *serialPort() const { return m_serialPort; }
     /// The board of the session; null before the first connect() and after disconnect().
+    // cppcheck-suppress CastIntegerToAddressAtReturn ; it does not know what a QPointer converts to
     [[nodiscard]] ZepBoard *board() const { return m_board; }
     [[nodiscard]] Logger *logger() const { return m_logger; }
     [[nodiscard]] TxManager *tx() const { return m_tx; }

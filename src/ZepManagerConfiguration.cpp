@@ -43,6 +43,7 @@ void ZepManager::endProcessing(const QPointer<ZepBoard> &board, const QString &m
 
 void ZepManager::getConfig()
 {
+    // cppcheck-suppress variableScope ; the table stands above what goes through it
     static constexpr void (ZepManager::*readings[])() = {
         // PREPASS_EN selects the profile that ZEP_REDUN lands in.
         &ZepManager::getPrepassEnable, &ZepManager::getModuleUtcDate, &ZepManager::getTxRedundancy,
@@ -87,6 +88,7 @@ void ZepManager::uploadConfig(bool enableLog)
     if (board && m_tx->loraEnabled()) {
         setLoRaConfig();
     }
+    // cppcheck-suppress identicalConditionAfterEarlyExit ; the requests above wait, and the board may go meanwhile
     if (!board) {
         return;
     }

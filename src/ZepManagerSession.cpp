@@ -121,6 +121,7 @@ void ZepManager::getHwInfo()
     }
     getId();
     getFirmwareVersion();
+    // cppcheck-suppress identicalConditionAfterEarlyExit ; the requests above wait, and the board may go meanwhile
     if (!board) {
         return;
     }

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Bytes. Far above what nine fields need: it bounds the memory that a file without line ends takes.
-constexpr qsizetype c_longestLine = 1024 * 1024;
+constexpr qsizetype c_longestLine = qsizetype{1024} * 1024;
 
 constexpr qsizetype c_fieldCount = 9;
 constexpr qsizetype c_nameField = 0;

@@ -7,18 +7,27 @@
 
 namespace {
 
-const QMap<SatelliteAop::DownlinkStatus, QString> c_downlinkTexts{
-    {SatelliteAop::DNLK_OFF, QStringLiteral("Downlink transmitter OFF")},
-    {SatelliteAop::DNLK_HELIO_4_ON, QStringLiteral("HELIO-4 TX ON")},
-    {SatelliteAop::DNLK_SPARE_NA, QStringLiteral("Spare, N/A")},
-    {SatelliteAop::DNLK_HELIO_3_ON, QStringLiteral("HELIO-3 TX ON")},
-};
-const QMap<SatelliteAop::UplinkStatus, QString> c_uplinkTexts{
-    {SatelliteAop::UPLK_HELIO_3_ON, QStringLiteral("HELIO-3 payload")},
-    {SatelliteAop::UPLK_HELIO_NEO_MIREL_ON, QStringLiteral("HELIO-Mirel payload")},
-    {SatelliteAop::UPLK_HELIO_4_ON, QStringLiteral("HELIO-4 payload")},
-    {SatelliteAop::UPLK_OUT_OF_SERVICE, QStringLiteral("OUT OF SERVICE")},
-};
+const QMap<SatelliteAop::DownlinkStatus, QString> &downlinkTexts()
+{
+    static const QMap<SatelliteAop::DownlinkStatus, QString> texts{
+        {SatelliteAop::DNLK_OFF, QStringLiteral("Downlink transmitter OFF")},
+        {SatelliteAop::DNLK_HELIO_4_ON, QStringLiteral("HELIO-4 TX ON")},
+        {SatelliteAop::DNLK_SPARE_NA, QStringLiteral("Spare, N/A")},
+        {SatelliteAop::DNLK_HELIO_3_ON, QStringLiteral("HELIO-3 TX ON")},
+    };
+    return texts;
+}
+
+const QMap<SatelliteAop::UplinkStatus, QString> &uplinkTexts()
+{
+    static const QMap<SatelliteAop::UplinkStatus, QString> texts{
+        {SatelliteAop::UPLK_HELIO_3_ON, QStringLiteral("HELIO-3 payload")},
+        {SatelliteAop::UPLK_HELIO_NEO_MIREL_ON, QStringLiteral("HELIO-Mirel payload")},
+        {SatelliteAop::UPLK_HELIO_4_ON, QStringLiteral("HELIO-4 payload")},
+        {SatelliteAop::UPLK_OUT_OF_SERVICE, QStringLiteral("OUT OF SERVICE")},
+    };
+    return texts;
+}
 
 QString number(double value)
 {
@@ -36,24 +45,24 @@ SatelliteAop::SatelliteAop(QObject *parent) : QObject(parent) {}
 
 SatelliteAop::DownlinkStatus SatelliteAop::downlinkStatusOf(const QString &text)
 {
-    return c_downlinkTexts.key(text, DNLK_OFF);
+    return downlinkTexts().key(text, DNLK_OFF);
 }
 
 SatelliteAop::UplinkStatus SatelliteAop::uplinkStatusOf(const QString &text)
 {
-    return c_uplinkTexts.key(text, UPLK_HELIO_3_ON);
+    return uplinkTexts().key(text, UPLK_HELIO_3_ON);
 }
 
 QString SatelliteAop::downlinkStatusText() const
 {
     return downlinkStatus == DNLK_OFF ? QStringLiteral("OFF")
-                                      : c_downlinkTexts.value(downlinkStatus).remove(QStringLiteral("TX ON"));
+                                      : downlinkTexts().value(downlinkStatus).remove(QStringLiteral("TX ON"));
 }
 
 QString SatelliteAop::uplinkStatusText() const
 {
     return uplinkStatus == UPLK_OUT_OF_SERVICE ? QStringLiteral("OFF")
-                                               : c_uplinkTexts.value(uplinkStatus).remove(QStringLiteral("payload"));
+                                               : uplinkTexts().value(uplinkStatus).remove(QStringLiteral("payload"));
 }
 
 QString SatelliteAop::aopTooltipHtml() const

@@ -10,9 +10,7 @@
 namespace {
 
 constexpr auto c_source = "src/models/SatelliteAopModel";
-const QString c_unknownName = QStringLiteral("NA");
-const QList<int> c_roles{SatelliteAopModel::SatelliteNameRole, SatelliteAopModel::DownlinkStatusRole,
-                         SatelliteAopModel::UplinkStatusRole, SatelliteAopModel::AopDataRole};
+constexpr QLatin1String c_unknownName("NA");
 
 bool sameIdent(QChar left, QChar right)
 {
@@ -135,7 +133,9 @@ void SatelliteAopModel::updateOrAddSatellite(QChar ident, const QDateTime &date,
         endInsertRows();
     }
     const QModelIndex changed = index(m_rowOfIdent.value(ident));
-    Q_EMIT dataChanged(changed, changed, c_roles);
+    static const QList<int> roles{SatelliteAopModel::SatelliteNameRole, SatelliteAopModel::DownlinkStatusRole,
+                                  SatelliteAopModel::UplinkStatusRole, SatelliteAopModel::AopDataRole};
+    Q_EMIT dataChanged(changed, changed, roles);
 }
 
 void SatelliteAopModel::clear()

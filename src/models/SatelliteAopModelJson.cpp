@@ -42,7 +42,7 @@ bool SatelliteAopModel::loadAopJson(const QByteArray &data)
     m_creationDate = dateOf(root[QLatin1String("creationDate")].toString());
     const QJsonArray satellites = root[QLatin1String("satellitesInformation")].toArray();
     int withoutIdent = 0; // told once: a document may hold millions
-    for (const QJsonValue &satellite : satellites) {
+    for (const QJsonValueConstRef satellite : satellites) {
         const QJsonObject status = satellite[QLatin1String("broadcastedStatus")].toObject();
         const QJsonObject aop = satellite[QLatin1String("aop")].toObject();
         const QString ident = status[QLatin1String("fleetfeedIdent")].toString();

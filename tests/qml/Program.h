@@ -106,7 +106,8 @@ struct Program : Screen
         QGuiApplication::setApplicationName(QStringLiteral("ZepGUI"));
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         QDir::setCurrent(folder.path());
-        QSettings(QStringLiteral("config.ini"), QSettings::IniFormat).setValue("Prepass/aopWebRequestUrl", aopUrl);
+        QSettings(QStringLiteral("config.ini"), QSettings::IniFormat) // a file; clazy:exclude=writing-to-temporary
+            .setValue("Prepass/aopWebRequestUrl", aopUrl);
         QSettings().setValue(QStringLiteral("firstVisit"), false);
         static const bool registered = (registerQmlTypes(), true);
         Q_UNUSED(registered)

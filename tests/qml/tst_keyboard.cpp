@@ -35,8 +35,7 @@ private Q_SLOTS:
 COM port|Refresh list|Connect|Hello!)"_s;
         QTest::newRow("payloads") << int(ZepBoard::ZEP2) << uR"(Settings|Request ZEP info|Disconnect|Sarvane profile|
 Modulation|Need some help about transmission profiles?|Periodic|Pre-pass|Period|Redundancy|Payload interval|Clear data|
-Import data|Data view|Satellite infos|Expand window|Select and copy all logs|Clear all logs|Export logs/AT commands|
-Filter AT commands when exporting|Log lines|Expand window|Select and copy all logs|Clear all logs|RX lines|
+Import data|Data view|Satellite infos|LOG|Expand window|Select and copy all logs|Clear all logs|RX lines|
 Expand window|ACK|Check for any downlink message|P0|P0 message|P0 ACK|P0 downlink|
 Payload allowed lengths depends on your modulation (if enabled, 2 bytes are used for ack or downlink options)|1|Add|
 Start)"_s;
@@ -44,8 +43,7 @@ Start)"_s;
 LoRa connectivity|Need some help about transmission profiles?|GET|Periodic|Pre-pass|Choose a custom UTC date and time|
 UTC time: GET|Redundancy|Redundancy: GET|Get next pass|Data view|Satellite infos|NA, |GNSS position: GET|
 Download AOP data from HelioWeb|AOP data: GET|Pass prediction: GET|Min. elevation|Min. pass duration|Configuration: GET|
-Upload config|Import configuration file|Export configuration|Expand window|Select and copy all logs|Clear all logs|
-Export logs/AT commands|Filter AT commands when exporting|Log lines|Expand window|Get onboard configuration|GNSS enable|
+Upload config|Import configuration file|Export configuration|LOG|Expand window|Get onboard configuration|GNSS enable|
 Temperature enable|Humidity enable|Pressure enable|Light enable|Light alert|Light threshold|Accelerometer enable|
 Accelerometer alert|Accelerometer threshold|Dry contact enable|Dry contact alert|Dry contact threshold|
 Push button alert|Acquisition period)"_s;
@@ -62,6 +60,8 @@ Push button alert|Acquisition period)"_s;
             QTRY_VERIFY(board == ZepBoard::RANGER || ui.find(u"P0 message"_s));
         }
         order.remove(u'\n').replace(u"GET"_s, u"Get parameter(s) from module"_s);
+        order.replace(u"LOG"_s, u"Expand window|Select and copy all logs|Clear all logs|Export logs/AT commands|"
+                                "Filter AT commands when exporting|Log lines"_s);
         for (const QString &name : order.split(u'|') + QStringList{u"Settings"_s}) {
             key(ui, Qt::Key_Tab);
             QCOMPARE(focused(ui), name);
@@ -108,6 +108,8 @@ Push button alert|Acquisition period)"_s;
         Q_EMIT ui.tx()->currentIndexUpdated(1);
         key(ui, Qt::Key_2); // not lost when the sequence goes on
         QCOMPARE(ui.text(u"P2 message"_s), u"b2"_s);
+        ui.peer.say("+TX=0,00"); // or the end of the session would wait for it
+        QTRY_VERIFY(!ui.tx()->ackPending());
         press(ui, u"Stop"_s, Qt::Key_Return);
         QTRY_VERIFY(!ui.tx()->sequenceRunning());
         press(ui, u"Disconnect"_s, Qt::Key_Return);

@@ -92,6 +92,7 @@ public:
     explicit SimSession(SimOptions options = {.airtimeMs = airtimeMs})
     {
         options.link = link;
+        // cppcheck-suppress useInitializationList ; the link is set before
         simulator = std::make_unique<Simulator>(options);
         QVERIFY2(simulator->start(), qPrintable(simulator->errorString()));
         open();

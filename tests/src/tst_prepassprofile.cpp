@@ -74,37 +74,25 @@ private Q_SLOTS:
 
     void cleanup() { qInstallMessageHandler(nullptr); }
 
-    void badAnswerIsToldWithoutThePassword_data()
-    {
-        QTest::addColumn<QByteArray>("status");
-        QTest::addColumn<QByteArray>("body"); // null for silence
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<QString>("message");
-        const QString reply = "Error: QNetworkReply::";
-        const QByteArray ok = "200 OK";
-        QTest::newRow("500") << QByteArray("500 Error") << c_body << c_fetchError << reply + "InternalServerError";
-        QTest::newRow("empty body") << ok << QByteArray("") << c_fetchError << reply + "NoError";
-        QTest::newRow("broken") << ok << c_body.chopped(2) << c_parseError << "Error: unterminated array";
-        QTest::newRow("errors") << ok << QByteArray(R"({"errors": 0})") << c_parseError
-                                << "AOP data error (no consistent object)";
-        QTest::newRow("silence") << ok << QByteArray() << c_fetchError << reply + "OperationCanceledError";
-    }
-
     void badAnswerIsToldWithoutThePassword()
     {
-        QFETCH(const QByteArray, status);
-        QFETCH(const QByteArray, body);
-        QFETCH(const QString, error);
-        QFETCH(const QString, message);
-        m_server.serve(status, body);
-        configure(m_server.url("http", "/path?login=LLL&password=PPP&application=a"));
-        QElapsedTimer time;
-        time.start();
-        QCOMPARE(download(), error);
-        // A timer may be five percent off.
-        QVERIFY(!body.isNull() || (time.elapsed() >= 4700 && time.elapsed() < 6500));
-        QCOMPARE(m_server.requests, QStringList("GET /path?login=LLL&password=PPP&application=a HTTP/1.1"));
-        QCOMPARE(printed, QStringList(message));
+        const QString fault = "Error: QNetworkReply::";
+        for (const auto &[status, body, error, message] :
+             {std::tuple("500 Error", c_body, c_fetchError, fault + "InternalServerError"),
+              {"200 OK", QByteArray(""), c_fetchError, fault + "NoError"},
+              {"200 OK", c_body.chopped(2), c_parseError, QString("Error: unterminated array")},
+              {"200 OK", QByteArray(), c_fetchError, fault + "OperationCanceledError"}}) { // silence
+            m_server.serve(status, body);
+            configure(m_server.url("http", "/path?login=LLL&password=PPP&application=a"));
+            QElapsedTimer time;
+            time.start();
+            QCOMPARE(download(), error);
+            // A timer may be five percent off.
+            QVERIFY(!body.isNull() || (time.elapsed() >= 4700 && time.elapsed() < 6500));
+            QCOMPARE(m_server.requests.takeLast(), "GET /path?login=LLL&password=PPP&application=a HTTP/1.1");
+            QCOMPARE(printed.join(' '), message);
+            printed.clear();
+        }
     }
 
     void addressThatLeadsNowhereIsAFetchError()

@@ -35,225 +35,207 @@ class TestSerialPortManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void unopenablePort_data();
-    void unopenablePort();
-    void farEndCloses();
-    void errorsOfTheSystem();
-    void lines_data();
-    void lines();
-    void lineWithoutEnd();
-    void staleBytesAreDropped();
-    void slotMayDoAnything_data();
-    void slotMayDoAnything();
-    void extraPorts();
+    void init()
+    {
+        criticals.clear();
+        m_lines.clear();
+        testHandler = qInstallMessageHandler(recordCriticals);
+        m_manager = new SerialPortManager(this);
+        connect(m_manager, &SerialPortManager::doneReading, this,
+                [this](const QString &line) { m_lines.append(line); });
+        m_manager->configure({115200});
+        QVERIFY2(m_terminal.open(), qPrintable(m_terminal.errorString()));
+        QVERIFY(m_manager->open(m_terminal.path()));
+    }
+
+    void cleanup()
+    {
+        delete m_manager;
+        m_terminal.close();
+        qInstallMessageHandler(testHandler);
+    }
+
+    void unopenablePort()
+    {
+        PseudoTerminal forbidden;
+        QVERIFY(forbidden.open() && QFile::setPermissions(forbidden.path(), {}));
+        for (const auto &[name, reason] : {std::pair(u"/dev/nowhere"_s, u"No such file or directory"_s),
+                                           {u"/dev/null"_s, u"Inappropriate ioctl"_s},
+                                           {m_terminal.path(), u"locking"_s}, // busy
+                                           {forbidden.path(), u"Permission denied"_s}}) {
+            const bool isRoot = name == forbidden.path() && geteuid() == 0; // may open anything: be somebody else
+            SerialPortManager manager;
+            QSignalSpy failed(&manager, &SerialPortManager::serialError);
+            QVERIFY(!isRoot || setresuid(65534, 65534, 0) == 0);
+            const bool opened = manager.open(name);
+            QVERIFY(!isRoot || setresuid(0, 0, 0) == 0);
+            QVERIFY(!opened);
+            QCOMPARE(failed, QList<QVariantList>{{u"Unable to open port "_s + name}});
+            QVERIFY2(criticals.last().contains(reason), qPrintable(criticals.last()));
+        }
+    }
+
+    void farEndCloses()
+    {
+        QSignalSpy failed(m_manager, &SerialPortManager::serialError);
+        m_manager->write("AT+ID=?\r\n");
+        m_terminal.close();
+        QVERIFY(failed.wait(1000));
+        const std::clock_t before = std::clock();
+        QTest::qWait(500); // long enough for a storm to show
+        QVERIFY2(std::clock() - before < CLOCKS_PER_SEC / 10, "the processor does not go idle");
+        QCOMPARE(failed, QList<QVariantList>{{u"The evaluation kit is not reachable, it may have been unplugged"_s}});
+        QVERIFY2(!criticals.isEmpty() && criticals.size() < 5, qPrintable(criticals.join(u'\n')));
+        m_manager->write("lost\r\n");
+        QVERIFY(criticals.last().startsWith("Failed to write data to port:"_L1));
+
+        // Plugged in again, and lost again, with a handler that tidies up on the spot.
+        connect(m_manager, &SerialPortManager::serialError, m_manager, &SerialPortManager::close);
+        connect(m_manager, &SerialPortManager::serialError, m_manager, &SerialPortManager::enumerate);
+        QVERIFY(m_terminal.open() && m_manager->open(m_terminal.path()));
+        m_terminal.write("+OK\r\n");
+        QTRY_COMPARE(m_lines, QStringList{u"+OK"_s});
+        m_terminal.close();
+        QVERIFY(failed.wait(1000));
+        QCOMPARE(failed.count(), 2);
+    }
+
+    void errorsOfTheSystem()
+    {
+        QSignalSpy failed(m_manager, &SerialPortManager::serialError);
+        for (int time = 0; time < 1000; ++time) { // a line that lives, and complains without end
+            QMetaObject::invokeMethod(m_manager, "onSerialPortError",
+                                      Q_ARG(QSerialPort::SerialPortError, QSerialPort::ReadError));
+        }
+        QVERIFY(!criticals.isEmpty() && criticals.size() < 50);
+        QVERIFY(!failed.wait(20) && !m_manager->open(m_terminal.path()));
+        for (int time = 0; time < 2; ++time) { // one that the system calls lost
+            QMetaObject::invokeMethod(m_manager, "onSerialPortError",
+                                      Q_ARG(QSerialPort::SerialPortError, QSerialPort::ResourceError));
+        }
+        QVERIFY(failed.wait(1000) && m_manager->open(m_terminal.path()));
+        QVERIFY(!failed.wait(20));
+    }
+
+    void lines_data()
+    {
+        QTest::addColumn<QByteArrayList>("reads");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("cut over reads") << QByteArrayList{"+I", "D=1", "\r", "\n"} << QStringList{u"+ID=1"_s};
+        QTest::newRow("two in one read") << QByteArrayList{"+ID=1\r\n+OK\r\n+F"} << QStringList{u"+ID=1"_s, u"+OK"_s};
+        QTest::newRow("end and start in one read")
+            << QByteArrayList{"+I", "D\n\n+O", "K\n"} << QStringList{u"+ID"_s, QString(), u"+OK"_s};
+        QTest::newRow("blanks") << QByteArrayList{" \t \r\n"} << QStringList{QString()};
+        QTest::newRow("not UTF-8") << QByteArrayList{"+FW=\xff\xc3\x28\r\n"} << QStringList{u"+FW=\ufffd\ufffd("_s};
+        QTest::newRow("UTF-8 cut over reads") << QByteArrayList{"\xc3", "\xa9\n"} << QStringList{u"\u00e9"_s};
+        QTest::newRow("NUL") << QByteArrayList{QByteArray("\0+O\0K\r\n", 7)} << QStringList{QString(u"\0+O\0K"_s)};
+    }
+
+    void lines()
+    {
+        QFETCH(QByteArrayList, reads);
+        QFETCH(QStringList, expected);
+        for (const QByteArray &read : reads) {
+            QVERIFY(m_lines.size() < expected.size()); // no line before its end
+            m_terminal.write(read);
+            QTest::qWait(20);
+        }
+        QTRY_COMPARE(m_lines, expected);
+        QVERIFY(criticals.isEmpty());
+    }
+
+    void lineWithoutEnd()
+    {
+        m_terminal.write(QByteArray(1 << 20, 'A'));
+        QTRY_COMPARE(m_terminal.bytesToWrite(), 0);
+        QTest::qWait(20);
+        QVERIFY(m_lines.isEmpty());
+        m_terminal.write("\r\n+OK\r\n");
+        QTRY_COMPARE(m_lines.size(), 2);
+        QCOMPARE(m_lines.at(0), QString(1 << 20, u'A'));
+        QCOMPARE(m_lines.at(1), u"+OK"_s);
+    }
+
+    void staleBytesAreDropped()
+    {
+        QSignalSpy failed(m_manager, &SerialPortManager::serialError);
+        QVERIFY(!m_manager->open(m_terminal.path())); // open already: no, without a word
+        QVERIFY(failed.isEmpty() && criticals.isEmpty());
+        m_terminal.write("+half a li"); // the rest of a line must not join it in the next session
+        QTest::qWait(20);
+        m_manager->close();
+        m_terminal.write("ne\r\n+OLD\r\n");
+        QTest::qWait(20);
+        QVERIFY(m_manager->open(m_terminal.path()));
+        m_terminal.write("+NEW\r\n");
+        QTRY_COMPARE(m_lines, QStringList{u"+NEW"_s});
+        QSignalSpy received(&m_terminal, &PseudoTerminal::received);
+        m_manager->write("AT+ID=?\r\n");
+        QVERIFY(received.wait());
+        QCOMPARE(received.at(0).at(0).toByteArray(), "AT+ID=?\r\n");
+    }
+
+    void slotMayDoAnything_data()
+    {
+        QTest::addColumn<QString>("lines");
+        QTest::newRow("wait for the answer") << u"one two answer"_s;
+        QTest::newRow("close") << u"one"_s;
+        QTest::newRow("delete") << u"one"_s;
+    }
+
+    void slotMayDoAnything()
+    {
+        const QByteArray tag = QTest::currentDataTag();
+        bool done = false;
+        QObject listener; // ends with what it keeps
+        connect(m_manager, &SerialPortManager::doneReading, &listener, [&](const QString &line) {
+            if (line != "one"_L1) {
+                return;
+            }
+            if (tag == "close") { // clazy:exclude=lambda-in-connect
+                m_manager->close();
+            } else if (tag == "delete") {
+                delete std::exchange(m_manager, nullptr);
+            } else {
+                m_terminal.write("answer\r\n");
+                QVERIFY(QTest::qWaitFor([this] { return m_lines.contains("answer"_L1); }));
+            }
+            done = true; // clazy:exclude=lambda-in-connect
+        });
+        m_terminal.write("one\r\ntwo\r\n");
+        QTRY_VERIFY(done);
+        QTest::qWait(20);
+        QTEST(m_lines.join(u' '), "lines");
+    }
+
+    void extraPorts()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir::setCurrent(folder.path()));
+        m_manager->enumerate(); // without a file
+        const QStringList system = m_manager->ports()->stringList();
+        QCOMPARE(system.size(), QSerialPortInfo::availablePorts().size());
+        const QMap<QByteArray, QStringList> configs{
+            {"[rconf]\ndir=x\n", {}},
+            {"[Serial]\nextraPorts=/dev/pts/99\n", {u"/dev/pts/99"_s}},
+            {"[Serial]\nextraPorts=ttyZ, , \"\", /tmp/a\n", {u"ttyZ"_s, u"/tmp/a"_s}},
+        };
+        QSignalSpy changed(m_manager, &SerialPortManager::portListModelChanged);
+        for (auto config = configs.cbegin(); config != configs.cend(); ++config) {
+            QFile file(u"config.ini"_s);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(config.key()) == config.key().size());
+            file.close();
+            m_manager->enumerate();
+            QCOMPARE(m_manager->ports()->stringList(), system + config.value());
+        }
+        QCOMPARE(changed.count(), configs.size());
+    }
 
 private:
     PseudoTerminal m_terminal;
     SerialPortManager *m_manager = nullptr;
     QStringList m_lines;
 };
-
-void TestSerialPortManager::init()
-{
-    criticals.clear();
-    m_lines.clear();
-    testHandler = qInstallMessageHandler(recordCriticals);
-    m_manager = new SerialPortManager(this);
-    connect(m_manager, &SerialPortManager::doneReading, this, [this](const QString &line) { m_lines.append(line); });
-    m_manager->configure({115200});
-    QVERIFY2(m_terminal.open(), qPrintable(m_terminal.errorString()));
-    QVERIFY(m_manager->open(m_terminal.path()));
-}
-
-void TestSerialPortManager::cleanup()
-{
-    delete m_manager;
-    m_terminal.close();
-    qInstallMessageHandler(testHandler);
-}
-
-void TestSerialPortManager::unopenablePort_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("missing") << u"/dev/nowhere"_s << u"No such file or directory"_s;
-    QTest::newRow("no serial port") << u"/dev/null"_s << u"Inappropriate ioctl"_s;
-    QTest::newRow("busy") << u"busy"_s << u"locking"_s;
-    QTest::newRow("not permitted") << u"forbidden"_s << u"Permission denied"_s;
-}
-
-void TestSerialPortManager::unopenablePort()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, reason);
-    PseudoTerminal forbidden;
-    QVERIFY(forbidden.open() && QFile::setPermissions(forbidden.path(), {}));
-    const bool isRoot = name == "forbidden"_L1 && geteuid() == 0; // may open anything: be somebody else for a moment
-    name.replace("busy"_L1, m_terminal.path()).replace("forbidden"_L1, forbidden.path());
-    SerialPortManager manager;
-    QSignalSpy failed(&manager, &SerialPortManager::serialError);
-    QVERIFY(!isRoot || setresuid(65534, 65534, 0) == 0);
-    const bool opened = manager.open(name);
-    QVERIFY(!isRoot || setresuid(0, 0, 0) == 0);
-    QVERIFY(!opened);
-    QCOMPARE(failed, QList<QVariantList>{{u"Unable to open port "_s + name}});
-    QVERIFY2(criticals.last().contains(reason), qPrintable(criticals.last()));
-}
-
-void TestSerialPortManager::farEndCloses()
-{
-    QSignalSpy failed(m_manager, &SerialPortManager::serialError);
-    m_manager->write("AT+ID=?\r\n");
-    m_terminal.close();
-    QVERIFY(failed.wait(1000));
-    const std::clock_t before = std::clock();
-    QTest::qWait(500); // long enough for a storm to show
-    QVERIFY2(std::clock() - before < CLOCKS_PER_SEC / 10, "the processor does not go idle");
-    QCOMPARE(failed, QList<QVariantList>{{u"The evaluation kit is not reachable, it may have been unplugged"_s}});
-    QVERIFY2(!criticals.isEmpty() && criticals.size() < 5, qPrintable(criticals.join(u'\n')));
-    m_manager->write("lost\r\n");
-    QVERIFY(criticals.last().startsWith("Failed to write data to port:"_L1));
-
-    // Plugged in again, and lost again, with a handler that tidies up on the spot.
-    connect(m_manager, &SerialPortManager::serialError, m_manager, &SerialPortManager::close);
-    connect(m_manager, &SerialPortManager::serialError, m_manager, &SerialPortManager::enumerate);
-    QVERIFY(m_terminal.open() && m_manager->open(m_terminal.path()));
-    m_terminal.write("+OK\r\n");
-    QTRY_COMPARE(m_lines, QStringList{u"+OK"_s});
-    m_terminal.close();
-    QVERIFY(failed.wait(1000));
-    QCOMPARE(failed.count(), 2);
-}
-
-void TestSerialPortManager::errorsOfTheSystem()
-{
-    QSignalSpy failed(m_manager, &SerialPortManager::serialError);
-    for (int time = 0; time < 1000; ++time) { // a line that lives, and complains without end
-        QMetaObject::invokeMethod(m_manager, "onSerialPortError",
-                                  Q_ARG(QSerialPort::SerialPortError, QSerialPort::ReadError));
-    }
-    QVERIFY(!criticals.isEmpty() && criticals.size() < 50);
-    QVERIFY(!failed.wait(20) && !m_manager->open(m_terminal.path()));
-    for (int time = 0; time < 2; ++time) { // one that the system calls lost
-        QMetaObject::invokeMethod(m_manager, "onSerialPortError",
-                                  Q_ARG(QSerialPort::SerialPortError, QSerialPort::ResourceError));
-    }
-    QVERIFY(failed.wait(1000) && m_manager->open(m_terminal.path()));
-    QVERIFY(!failed.wait(20));
-}
-
-void TestSerialPortManager::lines_data()
-{
-    QTest::addColumn<QByteArrayList>("reads");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("cut over reads") << QByteArrayList{"+I", "D=1", "\r", "\n"} << QStringList{u"+ID=1"_s};
-    QTest::newRow("two in one read") << QByteArrayList{"+ID=1\r\n+OK\r\n+F"} << QStringList{u"+ID=1"_s, u"+OK"_s};
-    QTest::newRow("end and start in one read")
-        << QByteArrayList{"+I", "D\n\n+O", "K\n"} << QStringList{u"+ID"_s, QString(), u"+OK"_s};
-    QTest::newRow("blanks") << QByteArrayList{" \t \r\n"} << QStringList{QString()};
-    QTest::newRow("not UTF-8") << QByteArrayList{"+FW=\xff\xc3\x28\r\n"} << QStringList{u"+FW=\ufffd\ufffd("_s};
-    QTest::newRow("UTF-8 cut over reads") << QByteArrayList{"\xc3", "\xa9\n"} << QStringList{u"\u00e9"_s};
-    QTest::newRow("NUL") << QByteArrayList{QByteArray("\0+O\0K\r\n", 7)} << QStringList{QString(u"\0+O\0K"_s)};
-}
-
-void TestSerialPortManager::lines()
-{
-    QFETCH(QByteArrayList, reads);
-    QFETCH(QStringList, expected);
-    for (const QByteArray &read : reads) {
-        QVERIFY(m_lines.size() < expected.size()); // no line before its end
-        m_terminal.write(read);
-        QTest::qWait(20);
-    }
-    QTRY_COMPARE(m_lines, expected);
-    QVERIFY(criticals.isEmpty());
-}
-
-void TestSerialPortManager::lineWithoutEnd()
-{
-    m_terminal.write(QByteArray(1 << 20, 'A'));
-    QTRY_COMPARE(m_terminal.bytesToWrite(), 0);
-    QTest::qWait(20);
-    QVERIFY(m_lines.isEmpty());
-    m_terminal.write("\r\n+OK\r\n");
-    QTRY_COMPARE(m_lines.size(), 2);
-    QCOMPARE(m_lines.at(0), QString(1 << 20, u'A'));
-    QCOMPARE(m_lines.at(1), u"+OK"_s);
-}
-
-void TestSerialPortManager::staleBytesAreDropped()
-{
-    QSignalSpy failed(m_manager, &SerialPortManager::serialError);
-    QVERIFY(!m_manager->open(m_terminal.path())); // open already: no, without a word
-    QVERIFY(failed.isEmpty() && criticals.isEmpty());
-    m_terminal.write("+half a li"); // the rest of a line must not join it in the next session
-    QTest::qWait(20);
-    m_manager->close();
-    m_terminal.write("ne\r\n+OLD\r\n");
-    QTest::qWait(20);
-    QVERIFY(m_manager->open(m_terminal.path()));
-    m_terminal.write("+NEW\r\n");
-    QTRY_COMPARE(m_lines, QStringList{u"+NEW"_s});
-    QSignalSpy received(&m_terminal, &PseudoTerminal::received);
-    m_manager->write("AT+ID=?\r\n");
-    QVERIFY(received.wait());
-    QCOMPARE(received.at(0).at(0).toByteArray(), "AT+ID=?\r\n");
-}
-
-void TestSerialPortManager::slotMayDoAnything_data()
-{
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("wait for the answer") << QStringList{u"one"_s, u"two"_s, u"answer"_s};
-    QTest::newRow("close") << QStringList{u"one"_s};
-    QTest::newRow("delete") << QStringList{u"one"_s};
-}
-
-void TestSerialPortManager::slotMayDoAnything()
-{
-    const QByteArray tag = QTest::currentDataTag();
-    bool done = false;
-    connect(m_manager, &SerialPortManager::doneReading, &m_terminal, [&](const QString &line) {
-        if (line == "one"_L1 && tag == "close") {
-            m_manager->close();
-            done = true;
-        } else if (line == "one"_L1 && tag == "delete") {
-            delete std::exchange(m_manager, nullptr);
-            done = true;
-        } else if (line == "one"_L1) {
-            m_terminal.write("answer\r\n");
-            done = QTest::qWaitFor([this] { return m_lines.contains("answer"_L1); });
-        }
-    });
-    m_terminal.write("one\r\ntwo\r\n");
-    QTRY_VERIFY(done);
-    QTest::qWait(20);
-    QTEST(m_lines, "expected");
-}
-
-void TestSerialPortManager::extraPorts()
-{
-    const QTemporaryDir folder;
-    QVERIFY(QDir::setCurrent(folder.path()));
-    m_manager->enumerate(); // without a file
-    const QStringList system = m_manager->ports()->stringList();
-    QCOMPARE(system.size(), QSerialPortInfo::availablePorts().size());
-    const QMap<QByteArray, QStringList> configs{
-        {"[rconf]\ndir=x\n", {}},
-        {"[Serial]\nextraPorts=/dev/pts/99\n", {u"/dev/pts/99"_s}},
-        {"[Serial]\nextraPorts=ttyZ, , \"\", /tmp/a\n", {u"ttyZ"_s, u"/tmp/a"_s}},
-    };
-    QSignalSpy changed(m_manager, &SerialPortManager::portListModelChanged);
-    for (auto config = configs.cbegin(); config != configs.cend(); ++config) {
-        QFile file(u"config.ini"_s);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(config.key()) == config.key().size());
-        file.close();
-        m_manager->enumerate();
-        QCOMPARE(m_manager->ports()->stringList(), system + config.value());
-    }
-    QCOMPARE(changed.count(), configs.size());
-}
 
 QTEST_GUILESS_MAIN(TestSerialPortManager)
 #include "tst_serialportmanager.moc"

@@ -18,34 +18,25 @@ class TxManagerTest : public QObject
 private Q_SLOTS:
     void init() { m_bench = std::make_unique<TxBench>(); }
 
-    void numbersWrittenByHandReadAsTheDefault_data()
-    {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QList<int>>("read"); // profile, period, redundancy, delay
-        const QList<int> defaults{TxManager::PERIODIC, 5, 4, 60};
-        QTest::newRow("text") << QVariant("PREPASS") << defaults;
-        QTest::newRow("below") << QVariant(-1) << defaults;
-        QTest::newRow("above") << QVariant(256) << defaults;
-        QTest::newRow("overflow") << QVariant("4294967297") << defaults;
-        QTest::newRow("list") << QVariant(QStringList{"1", "2"}) << defaults;
-        QTest::newRow("no Tx at all, and no time between two") << QVariant(0) << defaults;
-        QTest::newRow("no such profile") << QVariant(3) << QList<int>{TxManager::PERIODIC, 3, 3, 3};
-    }
-
     void numbersWrittenByHandReadAsTheDefault()
     {
-        QFETCH(const QVariant, stored);
-        QFETCH(const QList<int>, read);
         const auto numbers = [](const TxManager &tx) {
             return QList<int>{tx.selectedProfile(), tx.periodicProfile()->period(), tx.periodicProfile()->redundancy(),
                               tx.periodicProfile()->delay()};
         };
-        QCOMPARE(numbers(m_bench->create()), (QList<int>{TxManager::PERIODIC, 5, 4, 60})); // a first start
-        QSettings store;
-        for (const char *key : {"profile", "Periodic/period", "Periodic/redundancy", "Periodic/delay"}) {
-            store.setValue(QString("Tx/") + key, stored);
+        const QList<int> defaults{TxManager::PERIODIC, 5, 4, 60};
+        QCOMPARE(numbers(m_bench->create()), defaults); // a first start
+        const QStringList list{"1", "2"};
+        for (const QVariant &stored : {QVariant("PREPASS"), QVariant(-1), QVariant(256), QVariant("4294967297"),
+                                       QVariant(list), QVariant(0), QVariant(3)}) {
+            QSettings store;
+            for (const char *key : {"profile", "Periodic/period", "Periodic/redundancy", "Periodic/delay"}) {
+                store.setValue(QString("Tx/") + key, stored);
+            }
+            // Three is no profile.
+            QCOMPARE(numbers(m_bench->create()),
+                     stored == QVariant(3) ? QList<int>({TxManager::PERIODIC, 3, 3, 3}) : defaults);
         }
-        QCOMPARE(numbers(m_bench->create()), read);
     }
 
     void settingsKeepEveryPayloadBehindAGap()
@@ -101,31 +92,20 @@ private Q_SLOTS:
         QCOMPARE(request.at(0).at(0).toByteArray(), QByteArray("ab").repeated(16));
     }
 
-    void clockMovesByMoreThanASecondOnly_data()
-    {
-        QTest::addColumn<qint64>("seconds");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<int>("completions");
-        QTest::newRow("a second less") << qint64{3599} << QString() << 1;
-        QTest::newRow("two seconds") << qint64{3602} << "updated" << 0;
-        QTest::newRow("back") << qint64{-86400} << "updated" << 1;
-        QTest::newRow("restored") << qint64{0} << "restored" << 0;
-    }
-
     void clockMovesByMoreThanASecondOnly()
     {
-        QFETCH(const qint64, seconds);
-        QFETCH(const QString, word);
-        QFETCH(const int, completions);
-        TxManager &tx = m_bench->create();
-        tx.applyUtcOffset(3600, false);
-        m_bench->log.clear();
-        QSignalSpy completed(&tx, &TxManager::loadPrepassDataCompleted);
-        tx.applyUtcOffset(seconds, completions != 0);
-        const qint64 expected = word.isEmpty() ? 3600 : seconds;
-        QVERIFY(qAbs(QDateTime::currentDateTimeUtc().secsTo(tx.utcDateTime()) - expected) <= 1);
-        QCOMPARE(m_bench->log.value(0), word.isEmpty() ? "" : "UTC time " + word + " (" + tx.utcTime() + ')');
-        QCOMPARE(completed.count(), completions);
+        for (const auto &[seconds, word, completions] :
+             {std::tuple(3599, "", 1), {3602, "updated", 0}, {-86400, "updated", 1}, {0, "restored", 0}}) {
+            TxManager &tx = m_bench->create();
+            tx.applyUtcOffset(3600, false);
+            m_bench->log.clear();
+            QSignalSpy completed(&tx, &TxManager::loadPrepassDataCompleted);
+            tx.applyUtcOffset(seconds, completions != 0);
+            const bool moves = qstrlen(word) > 0;
+            QVERIFY(qAbs(QDateTime::currentDateTimeUtc().secsTo(tx.utcDateTime()) - (moves ? seconds : 3600)) <= 1);
+            QCOMPARE(m_bench->log.value(0), moves ? QString("UTC time %1 (%2)").arg(word, tx.utcTime()) : QString());
+            QCOMPARE(completed.count(), completions);
+        }
     }
 
     void clockRunsWithItsOffset()
@@ -151,7 +131,9 @@ private Q_SLOTS:
         tx.periodicProfile()->setRedundancy(7);
         tx.addPayloadItem("0A");
         tx.addPayloadItem("0B");
+        QSignalSpy changed(model, &PayloadModel::dataChanged);
         model->setData(model->index(1), true, PayloadModel::OptionImportantRole);
+        QCOMPARE(changed.value(0).value(2).value<QList<int>>(), QList<int>{PayloadModel::RedundancyRole});
         QCOMPARE(redundancies(), (QList<int>{7, 10}));
         tx.setSelectedProfile(TxManager::PERIODIC);
         QCOMPARE(redundancies(), (QList<int>{7, 7}));

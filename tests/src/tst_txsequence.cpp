@@ -127,21 +127,21 @@ private Q_SLOTS:
     void timetableFollowsTheProfile_data()
     {
         QTest::addColumn<QStringList>("messages");
-        QTest::addColumn<int>("redundancy");
+        QTest::addColumn<uchar>("redundancy");
         QTest::addColumn<QString>("timetable");
-        QTest::newRow("two payloads") << QStringList{"0A", "0B"} << 3
-                                      << "0A 60 0A 60 0A 300 0B 60 0B 60 0B (1/2) 300 "
-                                         "0A 60 0A 60 0A 300 0B 60 0B 60 0B (2/2)";
-        QTest::newRow("one payload") << QStringList{"0A"} << 2 << "0A 60 0A (1/2) 300 0A 60 0A (2/2)";
-        QTest::newRow("no repetition") << QStringList{"0A", "0B"} << 1 << "0A 300 0B (1/2) 300 0A 300 0B (2/2)";
+        QTest::newRow("two payloads") << QStringList{"0A", "0B"} << uchar{2}
+                                      << "0A 60 0A 300 0B 60 0B (1/2) 300 0A 60 0A 300 0B 60 0B (2/2)";
+        QTest::newRow("one payload") << QStringList{"0A"} << uchar{3}
+                                     << "0A 60 0A 60 0A (1/2) 300 0A 60 0A 60 0A (2/2)";
+        QTest::newRow("no repetition") << QStringList{"0A", "0B"} << uchar{1} << "0A 300 0B (1/2) 300 0A 300 0B (2/2)";
     }
 
     void timetableFollowsTheProfile()
     {
         QFETCH(const QStringList, messages);
-        QFETCH(const int, redundancy);
+        QFETCH(const uchar, redundancy);
         QFETCH(const QString, timetable);
-        TxManager &tx = prepare(messages, static_cast<uchar>(redundancy));
+        TxManager &tx = prepare(messages, redundancy);
         const QTimer *timer = m_bench->scheduleTimer;
         QSignalSpy completed(&tx, &TxManager::sequenceCompleted);
         QStringList seen;
@@ -161,6 +161,7 @@ private Q_SLOTS:
         } while (completed.isEmpty() && next());
         seen.removeAll(QString());
         QCOMPARE(seen.join(' '), timetable);
+        QCOMPARE(completed.count(), 1);
         QVERIFY(tx.sequenceRunning() && !tx.ackPending() && !timer->isActive());
         QTRY_COMPARE(tx.timeUntilNextTx(), 1); // the countdown runs on until stop()
         tx.stop();
@@ -172,12 +173,7 @@ private Q_SLOTS:
     {
         TxManager &tx = prepare({"0A"}, 2);
         QStringList seen;
-        connect(tx.payloadListModel(), &PayloadModel::dataChanged, this,
-                [&](const QModelIndex &row, const QModelIndex &, const QList<int> &roles) {
-                    if (roles.contains(PayloadModel::StatusRole)) {
-                        seen << QString("%1:%2").arg(row.row()).arg(row.data(PayloadModel::StatusRole).toInt());
-                    }
-                });
+        m_bench->recordStates(seen);
         connect(&tx, &TxManager::currentIndexUpdated, this, [&](uchar row) { seen << QString("-> %1").arg(int{row}); });
         tx.start(2);
         tx.addPayloadItem("0B");

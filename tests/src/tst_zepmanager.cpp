@@ -26,7 +26,6 @@ class TestZepManager : public QObject
     std::unique_ptr<ScriptedSession> m_session;
     ScriptedPeer *m_peer = nullptr;
     ZepManager *m_manager = nullptr;
-    QSignalSpy *m_userAction = nullptr;
 
 private Q_SLOTS:
     void init()
@@ -34,64 +33,44 @@ private Q_SLOTS:
         m_session = std::make_unique<ScriptedSession>();
         m_peer = &m_session->peer;
         m_manager = &m_session->manager;
-        m_userAction = new QSignalSpy(m_manager, &ZepManager::userActionRequested);
     }
 
-    void cleanup()
-    {
-        delete m_userAction;
-        m_session.reset();
-    }
-
-    void deviceThatDoesNotAnswerPingIsNoSession_data()
-    {
-        QTest::addColumn<QStringList>("answer");
-        QTest::newRow("silence") << QStringList();
-        QTest::newRow("an error") << QStringList{u"+ERROR=6"_s};
-    }
+    void cleanup() { m_session.reset(); }
 
     void deviceThatDoesNotAnswerPingIsNoSession()
     {
-        QFETCH(QStringList, answer);
-        m_peer->answer(u"AT+PING=?"_s, answer);
         QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        QVERIFY(!connectTo(ZepBoard::ZEP2));
-        QCOMPARE(error.count(), 1);
-        QCOMPARE(error.first().first().toString(), u"Unable to contact ZEP2"_s);
-        QVERIFY(m_session->log.contains(answer.isEmpty() ? u"[APP] AT command request timeout!"_s
-                                                         : u"[APP] The AT command is unknown"_s));
-        QCOMPARE(m_peer->requests(), QStringList{u"AT+PING=?"_s});
-
+        for (const auto &[answer, told] : {std::pair{QStringList(), u"[APP] AT command request timeout!"_s},
+                                           {{u"+ERROR=6"_s}, u"[APP] The AT command is unknown"_s}}) {
+            m_peer->answer(u"AT+PING=?"_s, answer);
+            QVERIFY(!connectTo(ZepBoard::ZEP2));
+            QCOMPARE(error.takeFirst().constFirst().toString(), u"Unable to contact ZEP2"_s);
+            QCOMPARE(m_session->log.last(), told);
+            m_manager->disconnect();
+            m_manager->disconnect(); // a second one harms nothing
+            QVERIFY(error.isEmpty() && !m_manager->board());
+        }
+        QCOMPARE(m_peer->requests(), QStringList(2, u"AT+PING=?"_s));
         m_peer->answer(u"AT+PING=?"_s, {u"+OK"_s});
-        m_manager->disconnect();
-        QVERIFY(!m_manager->board());
         QVERIFY(connectTo(ZepBoard::ZEP2));
     }
 
     void unansweredIdentityReadsNA()
     {
         m_manager->setMode(ZepManager::EXPERT);
-        for (const ZepBoard::Module module : {ZepBoard::ZEP1, ZepBoard::ZEP2}) {
-            QVERIFY(connectTo(module));
-            const ZepBoard *board = m_manager->board();
-            QCOMPARE(board->id(), u"00AABB"_s);
-            for (const auto *word : {"ID", "FW", "SN", "ADDR", "ATXFRQ"}) {
-                m_peer->answer("AT+"_L1 + QLatin1String(word) + "=?"_L1, {u"+ERROR=2"_s});
-            }
-            m_manager->getHwInfo();
-            QCOMPARE(board->id(), u"NA"_s);
-            QCOMPARE(board->firmwareVersion(), u"NA"_s);
-            if (module == ZepBoard::ZEP1) {
-                QCOMPARE(board->serialNumber(), u"NA"_s);
-                QCOMPARE(board->txFrequency(), 401650000U);
-                m_manager->getTxFrequency();
-                QCOMPARE(board->txFrequency(), 0U);
-            } else {
-                QCOMPARE(board->addr(), u"NA"_s);
-            }
-            cleanup();
-            init();
+        QVERIFY(connectTo(ZepBoard::ZEP1));
+        QCOMPARE(m_manager->board()->txFrequency(), 401650000U);
+        for (const QString &word : {u"ID"_s, u"FW"_s, u"SN"_s, u"ADDR"_s, u"ATXFRQ"_s}) {
+            m_peer->answer("AT+"_L1 + word + "=?"_L1, {u"+ERROR=2"_s});
         }
+        m_manager->getHwInfo();
+        m_manager->getTxFrequency();
+        const ZepBoard *board = m_manager->board();
+        QCOMPARE(board->id() + board->firmwareVersion() + board->serialNumber(), u"NANANA"_s);
+        QCOMPARE(board->txFrequency(), 0U);
+        m_manager->disconnect();
+        QVERIFY(connectTo(ZepBoard::ZEP2));
+        QCOMPARE(m_manager->board()->addr(), u"NA"_s);
     }
 
     void identificationAsksInOrder_data()
@@ -132,29 +111,12 @@ private Q_SLOTS:
             QVERIFY(qAbs(clock.secsTo(QDateTime::currentDateTimeUtc())) <= 5);
             asked.last() = u"AT+UDATE=?"_s; // set, where the others ask
         }
-        QStringList expected;
-        for (const QString &word : questions.split(u' ')) {
-            expected << "AT+"_L1 + word + "=?"_L1;
-        }
-        QCOMPARE(asked, expected);
+        QCOMPARE(asked.join(u' ').remove(QRegularExpression(u"AT\\+|=\\?"_s)), questions);
         QCOMPARE(m_manager->board()->id(), u"00AABB"_s);
         QCOMPARE(m_manager->tx()->selectedProfile(),
                  module == ZepBoard::RANGER ? TxManager::PREPASS_ON_MODULE : TxManager::PREPASS);
         QCOMPARE(m_manager->tx()->modulationModel()->modulation(),
                  questions.contains("RCONF"_L1) ? u"HRA2"_s : u"UNKNOWN"_s);
-    }
-
-    void portThatIsMissingKeepsAHalfSessionUntilDisconnect()
-    {
-        QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Unable to open port /nowhere/port .*"_s));
-        m_manager->connect(ZepBoard::ZEP1, u"/nowhere/port"_s, u"9600"_s);
-        QCOMPARE(error.count(), 1);
-        QCOMPARE(error.first().first().toString(), u"Unable to open port /nowhere/port"_s);
-        QVERIFY(m_manager->board());
-        m_manager->disconnect();
-        m_manager->disconnect(); // a second one harms nothing
-        QVERIFY(!m_manager->board());
     }
 
     void lateAnswerStillReachesTheBoard()
@@ -173,25 +135,18 @@ private Q_SLOTS:
     void onlyALineWithAPlusSignEndsAWait()
     {
         QVERIFY(connectTo(ZepBoard::ZEP2));
-        m_peer->answer(u"AT+RCONF=?"_s, {u"booting"_s, u"RANGER -- SLEEP + rest"_s, u""_s});
-        QVERIFY(m_manager->board()->isAwake());
-        m_manager->getRadioConfig();
-        QCOMPARE(m_session->log.last(), u"[APP] Unable to get radio configuration"_s);
-        QVERIFY(!m_manager->board()->isAwake());
-        m_manager->board()->setIsAwake(true);
-
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"Unable to extract.*"_s));
-        m_peer->answer(u"AT+RCONF=?"_s, {u"+RCONF=nonsense"_s});
-        m_session->log.clear();
-        m_manager->getRadioConfig();
-        QCOMPARE(m_session->log,
-                 (QStringList{u"[APP] AT+RCONF=?"_s, u"[ZEP] +RCONF=nonsense"_s,
-                              u"[APP] Unable to parse message from ZEP2"_s, u"[APP] Unable to parse RCONF data"_s}));
-
-        m_peer->answer(u"AT+RCONF=?"_s, {u"+RX=0A"_s}); // of its own accord, and taken for the answer
-        m_session->log.clear();
-        m_manager->getRadioConfig();
-        QCOMPARE(m_session->log, (QStringList{u"[APP] AT+RCONF=?"_s, u"[ZEP] +RX=0A"_s}));
+        for (const auto &[answer, told] :
+             {std::pair{u"booting|RANGER -- SLEEP + rest|"_s,
+                        u"[APP] AT command request timeout!|[APP] Unable to get radio configuration"_s},
+              {u"+RCONF=nonsense"_s, u"[APP] Unable to parse message from ZEP2|[APP] Unable to parse RCONF data"_s},
+              {u"+RX=0A"_s, QString()}}) { // of its own accord, and taken for the answer
+            m_peer->answer(u"AT+RCONF=?"_s, answer.split(u'|'));
+            m_session->log.clear();
+            m_manager->getRadioConfig();
+            QCOMPARE(m_manager->board()->isAwake(), !answer.contains("SLEEP"_L1));
+            m_manager->board()->setIsAwake(true);
+            QCOMPARE(m_session->log.filter(u"[APP]"_s).mid(1).join(u'|'), told);
+        }
     }
 
     void refusedPowerShowsTheOldOneAgain()
@@ -205,119 +160,64 @@ private Q_SLOTS:
         QCOMPARE(m_manager->board()->txPower(), ushort(1000));
     }
 
-    void customCommandTakesTheOrdinaryPath()
-    {
-        QVERIFY(connectTo(ZepBoard::ZEP1));
-        m_peer->answer(u"AT+ID=?"_s, {u"+ID:beef"_s});
-        m_peer->answer(u"AT+PING=1"_s, {u"+PING"_s});
-        QSignalSpy completed(m_manager, &ZepManager::customCmdCompleted);
-        m_manager->requestCustomCmd(u"  AT+ID=?\n"_s);
-        QCOMPARE(m_manager->board()->id(), u"BEEF"_s);
-        m_manager->requestCustomCmd(u"AT+PING=1"_s);
-        QCOMPARE(m_session->log.last(), u"[APP] Unsupported AT command"_s);
-        QCOMPARE(completed.count(), 2);
-    }
-
     void linesAreToldInWords_data()
     {
         QTest::addColumn<ZepBoard::Module>("module");
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QStringList>("words");
-        QTest::newRow("raw format") << ZepBoard::ZEP1 << u"+AFMT=1,0,32"_s
-                                    << QStringList{u"Message format: Raw format"_s};
-        QTest::newRow("standard format") << ZepBoard::ZEP1 << u"+AFMT=1,16,32"_s
-                                         << QStringList{u"Message format: Sarvane standard format"_s};
-        QTest::newRow("repetition") << ZepBoard::ZEP2 << u"+ATXRP=4,60000"_s
-                                    << QStringList{u"---- Tx configuration ----"_s, u"Redundancy: 4 - Period: 60s"_s};
-        QTest::newRow("queue") << ZepBoard::ZEP2 << u"+TXFIFO=0,AB,0x4"_s << QStringList();
-        QTest::newRow("end of the queue")
-            << ZepBoard::ZEP2 << u"+TXFIFO=end"_s
-            << QStringList{u"Tx FIFO content description (respective order):"_s,
-                           u"transmitted (0 or 1), data (hexadecimal), attribute bitmap"_s};
-        QTest::newRow("restored") << ZepBoard::RANGER << u"RANGER -- PARAMETERS RESTORED"_s
-                                  << QStringList{u"Config uploaded successfully!"_s};
-        QTest::newRow("a Tx answer to nobody") << ZepBoard::RANGER << u"+TX=0,AB"_s << QStringList();
-        QTest::newRow("a plus sign inside")
-            << ZepBoard::ZEP1 << u"1 + 1"_s << QStringList{u"Unable to parse message from ZEP1"_s};
+        QTest::addColumn<QString>("words"); // separated by bars
+        const auto row = [](ZepBoard::Module module, const char *line, const QString &words) {
+            QTest::newRow(line) << module << words;
+        };
+        row(ZepBoard::ZEP1, "+AFMT=1,0,32", u"Message format: Raw format"_s);
+        row(ZepBoard::ZEP1, "+AFMT=1,16,32", u"Message format: Sarvane standard format"_s);
+        row(ZepBoard::ZEP1, "+PING", u"Unsupported AT command"_s);
+        row(ZepBoard::ZEP1, "1 + 1", u"Unable to parse message from ZEP1"_s);
+        row(ZepBoard::ZEP2, "+ATXRP=4,60000", u"---- Tx configuration ----|Redundancy: 4 - Period: 60s"_s);
+        row(ZepBoard::ZEP2, "+TXFIFO=0,AB,0x4", QString());
+        row(ZepBoard::ZEP2, "+TXFIFO=end",
+            u"Tx FIFO content description (respective order):|"
+            "transmitted (0 or 1), data (hexadecimal), attribute bitmap"_s);
+        row(ZepBoard::RANGER, "RANGER -- PARAMETERS RESTORED", u"Config uploaded successfully!"_s);
+        row(ZepBoard::RANGER, "+TX=0,AB", QString()); // which nobody has asked for
     }
 
     void linesAreToldInWords()
     {
         QFETCH(ZepBoard::Module, module);
-        QFETCH(QString, line);
-        QFETCH(QStringList, words);
         QVERIFY(connectTo(module));
         m_session->log.clear();
-        if (!line.startsWith(u'+') && line.contains(u'+')) {
-            QTest::ignoreMessage(QtCriticalMsg, "Unable to extract command response id");
-        }
-        m_peer->say(line.toUtf8());
+        m_peer->say(QTest::currentDataTag());
         QTRY_VERIFY(!m_session->log.isEmpty());
         m_session->log.removeFirst(); // the line itself
-        for (QString &expected : words) {
-            expected.prepend("[APP] "_L1);
-        }
-        QCOMPARE(m_session->log, words);
-    }
-
-    void cancelledWakeUpWritesNothingAndAsksAgain()
-    {
-        QVERIFY(connectTo(ZepBoard::RANGER));
-        m_manager->board()->setIsAwake(false);
-        m_peer->forgetRequests();
-        m_userAction->clear();
-        QObject::disconnect(m_manager, &ZepManager::userActionRequested, m_peer, nullptr);
-        QObject::connect(m_manager, &ZepManager::userActionRequested, m_manager, &ZepManager::cancelModuleRequest,
-                         Qt::QueuedConnection);
-        m_manager->requestCustomCmd(u"AT+FW=?"_s);
-        m_manager->requestCustomCmd(u"AT+FW=?"_s);
-        QCOMPARE(m_userAction->count(), 2);
-        QCOMPARE(m_session->log.count(u"[APP] Request has been cancelled"_s), 2);
-        QCOMPARE(m_session->log.count(u"[APP] AT+FW=?"_s), 2 + 1); // logged, though it never left
-        QCOMPARE(m_peer->requests(), QStringList());
+        QTEST(m_session->log.join(u'|').remove(u"[APP] "_s), "words");
     }
 
     void boardThatStillSleepsAsksAgain()
     {
-        QObject::connect(m_manager, &ZepManager::userActionRequested, m_peer, [this] {
-            m_peer->say(m_userAction->count() < 2 ? "RANGER -- SLEEP" : "RANGER -- BUTTON PUSHED");
+        QSignalSpy asked(m_manager, &ZepManager::userActionRequested);
+        QObject::connect(m_manager, &ZepManager::userActionRequested, &asked, [this, &asked] {
+            // `asked` is the context, too; clazy:exclude=lambda-in-connect
+            m_peer->say(asked.count() < 2 ? "RANGER -- SLEEP" : "RANGER -- BUTTON PUSHED");
         });
         m_manager->connect(ZepBoard::RANGER, m_peer->path(), u"Default"_s);
-        QCOMPARE(m_userAction->count(), 2);
+        QCOMPARE(asked.count(), 2);
         QVERIFY(m_manager->board()->isAwake());
-    }
-
-    void wakeUpWaitEndsWithTheSession()
-    {
-        QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        QSignalSpy disconnected(m_manager, &ZepManager::disconnected);
-        QObject::connect(m_manager, &ZepManager::userActionRequested, m_manager, &ZepManager::disconnect,
-                         Qt::QueuedConnection);
-        m_manager->connect(ZepBoard::RANGER, m_peer->path(), u"Default"_s);
-        QCOMPARE(disconnected.count(), 1);
-        QCOMPARE(error.count(), 0);
-        QVERIFY(!m_manager->board());
-    }
-
-    void waitsEndWhenTheApplicationQuits_data()
-    {
-        QTest::addColumn<ZepBoard::Module>("module");
-        QTest::newRow("waiting for the wake-up button") << ZepBoard::RANGER;
-        QTest::newRow("waiting for an answer") << ZepBoard::ZEP2;
     }
 
     void waitsEndWhenTheApplicationQuits()
     {
-        QFETCH(ZepBoard::Module, module);
         m_peer->answer(u"AT+PING=?"_s, {});
-        QTimer::singleShot(0, this, [] {
-            QEvent quit(QEvent::Quit);
-            QCoreApplication::sendEvent(QCoreApplication::instance(), &quit);
-        });
-        QElapsedTimer time;
-        time.start();
-        m_manager->connect(module, m_peer->path(), u"Default"_s);
-        QVERIFY(time.elapsed() < 900); // less than the time-out of the request
+        // The one waits for the wake-up button, the other for an answer.
+        for (const ZepBoard::Module module : {ZepBoard::RANGER, ZepBoard::ZEP2}) {
+            ZepManager manager(nullptr);
+            QTimer::singleShot(0, this, [] {
+                QEvent quit(QEvent::Quit);
+                QCoreApplication::sendEvent(QCoreApplication::instance(), &quit);
+            });
+            QElapsedTimer time;
+            time.start();
+            manager.connect(module, m_peer->path(), u"Default"_s);
+            QVERIFY(time.elapsed() < 900); // less than the time-out of the request
+        }
     }
 
     void payloadBecomesTheCommandsOfItsBoard_data()
@@ -370,7 +270,7 @@ private Q_SLOTS:
         m_peer->answer(u"AT+ATXRP=0"_s, {u"+ASSERT=watchdog"_s});
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"ZEP ASSERT!.*watchdog"_s));
         tx->start(1);
-        QCOMPARE(m_peer->requests().last(), u"AT+ATXRP=0"_s);
+        QCOMPARE(m_peer->requests().constLast(), u"AT+ATXRP=0"_s);
         QVERIFY(!tx->sequenceRunning());
         QVERIFY(!tx->ackPending());
     }
@@ -423,9 +323,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!tx->ackPending());
         QVERIFY(!tx->sequenceRunning());
         QVERIFY(m_session->log.contains(u"[APP] ZEP ASSERT! stack.c:12"_s));
-        QVERIFY(m_session->log.contains(
-            u"[APP] A reset was triggered on device, stopping sequence and restoring UTC time..."_s));
-        QVERIFY(m_session->log.contains(u"[APP] --- Tx SEQUENCE STOP/RESET ---"_s));
         QVERIFY(m_session->log.last().startsWith("[APP] UTC time restored ("_L1));
     }
 
@@ -435,7 +332,6 @@ private Q_SLOTS:
         TxManager *tx = m_manager->tx();
         PayloadModel *payloads = tx->payloadListModel();
         tx->addPayloadItem(u"000000000000"_s);
-        m_peer->answer(u"AT+TXFIFO="_s, {u"+OK"_s});
         m_peer->answer(u"AT+TX=000000000000,0x4"_s, {u"+OK"_s});
         m_peer->answer(u"AT+TX=000000000000,0x1"_s, {u"+OK"_s});
 
@@ -443,7 +339,7 @@ private Q_SLOTS:
         tx->start(1);
         QVERIFY(tx->ackPending());
         tx->stop();
-        QCOMPARE(m_peer->requests().last(), u"AT+TXFIFO="_s);
+        QCOMPARE(m_peer->requests().constLast(), u"AT+TXFIFO="_s);
         QVERIFY(!tx->ackPending());
 
         payloads->setData(payloads->index(0), false, PayloadModel::OptionAckRole);
@@ -452,7 +348,7 @@ private Q_SLOTS:
         m_peer->say("+TX=0,000000000000");
         QTRY_VERIFY(!tx->ackPending());
         tx->stop();
-        QCOMPARE(m_peer->requests().last(), u"AT+TX=000000000000,0x1"_s);
+        QCOMPARE(m_peer->requests().constLast(), u"AT+TX=000000000000,0x1"_s);
     }
 
     void radioConfigurationIsWhatTheDeviceReports()
@@ -462,53 +358,34 @@ private Q_SLOTS:
         m_peer->answer(request, {u"+OK"_s});
         m_peer->answer(u"AT+RCONF=?"_s, {u"+RCONF=1,2,3,HRZ"_s});
         m_manager->setRadioConf("00112233445566778899aabbccddeeff");
-        QCOMPARE(m_peer->requests().last(2), (QStringList{request, u"AT+RCONF=?"_s}));
+        QCOMPARE(m_peer->requests().last(2), // a copy; clazy:exclude=detaching-temporary
+                 (QStringList{request, u"AT+RCONF=?"_s}));
         QCOMPARE(m_manager->tx()->modulationModel()->modulation(), u"HRZ"_s);
 
         m_peer->answer(request, {u"+ERROR=5"_s});
         m_manager->setRadioConf("00112233445566778899aabbccddeeff");
         QCOMPARE(m_session->log.last(), u"[APP] Cannot set radio configuration!"_s);
-        QCOMPARE(m_peer->requests().last(), request);
-
-        m_peer->answer(u"AT+RCONF=?"_s, {u"+RCONF=1,2,3,NOT_A_MODULATION"_s});
-        m_manager->getRadioConfig();
-        QCOMPARE(m_manager->tx()->modulationModel()->modulation(), QString());
-        QCOMPARE(m_manager->tx()->modulationModel()->allowedSizeListStr(), QString());
+        QCOMPARE(m_peer->requests().constLast(), request);
     }
 
     void pulledCableIsToldOnceAndTheNextSessionWorks()
     {
         QVERIFY(connectTo(ZepBoard::ZEP1));
         QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"(Resource|Read|Unknown)Error: .*"_s));
         m_peer->hangUp();
         QTRY_COMPARE_WITH_TIMEOUT(error.count(), 1, 1000);
-        QCOMPARE(error.first().first().toString(),
-                 u"The evaluation kit is not reachable, it may have been unplugged"_s);
-        QTest::qWait(300); // a storm would come now
-        QCOMPARE(error.count(), 1);
-        m_manager->disconnect();
-        m_peer->plugAgain();
-        QVERIFY(connectTo(ZepBoard::ZEP1));
-    }
-
-    void cablePulledWhileConnectingIsToldOnce()
-    {
-        QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"(Resource|Read|Unknown)Error: .*"_s));
-        QObject::connect(m_peer, &ScriptedPeer::requested, m_peer, &ScriptedPeer::hangUp, Qt::QueuedConnection);
-        m_peer->answer(u"AT+PING=?"_s, {});
-        QVERIFY(!connectTo(ZepBoard::ZEP1));
-        QCOMPARE(error.count(), 1);
-    }
-
-    void linesWithoutASessionAreDropped()
-    {
-        QVERIFY(connectTo(ZepBoard::ZEP1));
         m_manager->disconnect();
         m_session->log.clear();
         Q_EMIT m_manager->serialPort()->doneReading(u"+ID=00"_s);
-        QCOMPARE(m_session->log, QStringList());
+        QCOMPARE(m_session->log, QStringList()); // a line without a session is dropped
+        m_peer->plugAgain();
+        QVERIFY(connectTo(ZepBoard::ZEP1));
+        QCOMPARE(error.count(), 1);
+        m_manager->disconnect();
+        m_peer->answer(u"AT+PING=?"_s, {});
+        QObject::connect(m_peer, &ScriptedPeer::requested, m_peer, &ScriptedPeer::hangUp, Qt::QueuedConnection);
+        QVERIFY(!connectTo(ZepBoard::ZEP1)); // nor is it told twice in the middle of connecting
+        QCOMPARE(error.count(), 2);
     }
 };
 

@@ -18,7 +18,8 @@ ScriptedSession::Place::Place(const QString &aopUrl)
     QCoreApplication::setApplicationName(u"ZepGUI"_s);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     QDir::setCurrent(folder.path());
-    QSettings(u"config.ini"_s, QSettings::IniFormat).setValue("Prepass/aopWebRequestUrl", aopUrl);
+    QSettings(u"config.ini"_s, QSettings::IniFormat) // a file; clazy:exclude=writing-to-temporary
+        .setValue("Prepass/aopWebRequestUrl", aopUrl);
 }
 
 ScriptedSession::ScriptedSession(const QString &aopUrl) : m_place(aopUrl), peer(nullptr), manager(nullptr)

@@ -47,6 +47,17 @@ struct TxBench
         return *manager;
     }
 
+    /// From now on each state that a view is told goes to \a seen, as "row:state".
+    void recordStates(QStringList &seen)
+    {
+        QObject::connect(manager->payloadListModel(), &PayloadModel::dataChanged, manager.get(),
+                         [&seen](const QModelIndex &row, const QModelIndex &, const QList<int> &roles) {
+                             if (roles.contains(PayloadModel::StatusRole)) {
+                                 seen << QString("%1:%2").arg(row.row()).arg(row.data(roles[0]).toInt());
+                             }
+                         });
+    }
+
     QTemporaryDir folder;
     Logger logger;
     QStringList log;
