@@ -128,8 +128,13 @@ class Session:
         else:
             self.press("Connect")
 
+    def begin_session(self):
+        self.session_begins = len(self.trace())
+        self.session_stamp = time.strftime("[%H:%M:%S", time.gmtime())
+
     def connect(self, not_before=0.0):
-        self.session_begins = self.cell_begins = len(self.trace())
+        self.begin_session()
+        self.cell_begins = self.session_begins
         self.choose_port(not_before)
         self.wait_answered(1, self.board.last_read, 60)
         self.window.wait_for("Disconnect")
@@ -155,8 +160,11 @@ class Session:
         def rows():
             pane = self.pane()
             children = filter(None, map(pane.get_child_at_index, range(pane.get_child_count())))
-            return [name for _, name in sorted((row.get_extents(0).y, row.get_name()) for row in children
-                                               if row.get_name().startswith("[") and self.window._shows(row))]
+            shown = sorted((row.get_extents(0).y, row.get_name()) for row in children
+                           if row.get_name().startswith("[") and self.window._shows(row))
+            # At first rows of the session before, which the list keeps for its next lines, are still told of.
+            fresh = self.operation.name == "connect"
+            return [name for _, name in shown if not fresh or name >= self.session_stamp]
 
         def rests():  # no row came or went between two looks
             try:

@@ -186,7 +186,7 @@ def stop(session, strike):
 
 
 def connect(session, _strike):
-    session.session_begins = len(session.trace())
+    session.begin_session()
     session.choose_port()
 
 
