@@ -193,7 +193,9 @@ class Session:
                       for part in (logged, wire)]  # how many answers stand before each request
             held = (asked, told) == (sent, said) and all(mine <= its for mine, its in zip(*before))
         else:
-            held = told == said[-len(told):] and (not asked or any(asked[:n] == sent[-n:] for n in range(len(asked), 0, -1)))
+            follows = any(asked[:n] == sent[-n:] for n in range(len(asked), 0, -1))
+            never_sent = not any(request in self.wire() for request in asked)  # a long chain has pushed the others out
+            held = told == said[len(said) - len(told):] and (follows or never_sent)
         check(held, "logged:\n" + "\n".join(
             difflib.unified_diff(*([" ".join(line) for line in part] for part in (wire, logged)), "wire", "log", "", "", 3, "")))
 
