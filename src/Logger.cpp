@@ -7,29 +7,34 @@
 #include "ProcessLog.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
 #include <QMetaEnum>
 #include <QRegularExpression>
 #include <QSaveFile>
-#include <QTextStream>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-void writeSecret(const QString &path, const QByteArray &secret)
+/// Puts \a text in the place of what the file at \a path held, whole or not at all.
+void replaceFile(const QString &path, const QString &text, Logger::Content content)
 {
     const QFileInfo target(path);
     if (target.exists() && !target.isFile()) { // a device, say, would be replaced by a file
         qCCritical(lcEvents).noquote() << "Unable to write" << path << "which is no file";
         return;
     }
+    const bool isSecret = content == Logger::SECRET;
     QSaveFile file(path);
-    const bool opened = file.open(QIODevice::WriteOnly);
-    if (opened && !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+    file.setDirectWriteFallback(!isSecret); // for a file that may be written in a folder that may not
+    const bool opened = file.open(isSecret ? QIODevice::WriteOnly : QIODevice::WriteOnly | QIODevice::Text);
+    if (!opened && !isSecret) {
+        return; // an export of logs that cannot be opened is not reported
+    }
+    if (opened && isSecret && !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
         qCCritical(lcEvents).noquote() << "Others may read" << path; // as on a stick, which knows no owners
     }
-    if (!opened || file.write(secret) != secret.size() || !file.flush() || !file.commit()) {
+    const QByteArray bytes = text.toUtf8();
+    if (!opened || file.write(bytes) != bytes.size() || !file.flush() || !file.commit()) {
         qCCritical(lcEvents).noquote() << "Unable to write" << path << file.errorString();
     }
 }
@@ -52,27 +57,20 @@ void Logger::clearLogs()
 
 void Logger::exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds, Content content)
 {
-    if (content == SECRET) {
-        writeSecret(localPath(filePath), logs.toUtf8());
-        return;
-    }
-    QFile file(localPath(filePath));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        return; // an export that cannot be written is not reported
-    }
-    QTextStream stream(&file);
-    if (!filterAtCmds) {
-        stream << logs;
+    if (!filterAtCmds || content == SECRET) {
+        replaceFile(localPath(filePath), logs, content);
         return;
     }
     // Any source will do: an echo of a command counts as the command.
     static const QRegularExpression commandLine(uR"(^\[.+\]\s\[.{3}\]\s(?<LOG>AT\+.+))"_s);
     static const QRegularExpression lineEnd(u"[\r\n]"_s);
+    QString commands;
     const QStringList lines = logs.split(lineEnd);
     for (const QString &line : lines) {
         const QRegularExpressionMatch match = commandLine.match(line);
         if (match.hasMatch()) {
-            stream << match.captured(u"LOG") << '\n';
+            commands += match.captured(u"LOG") + u'\n';
         }
     }
+    replaceFile(localPath(filePath), commands, content);
 }

@@ -21,7 +21,7 @@ public:
     /// What a file is to hold.
     enum Content {
         LOGS,
-        SECRET, ///< replaced whole or not at all, and its owner's alone; the process log tells what went wrong
+        SECRET, ///< its owner's alone; the process log tells also what could not be opened
     };
 
     explicit Logger(QObject *parent = nullptr);
@@ -34,9 +34,10 @@ public:
 
     /// Asks every pane to empty itself.
     Q_INVOKABLE void clearLogs();
-    /// Writes \a logs to the file at the URL \a filePath, over what it held; with \a filterAtCmds only the AT
-    /// commands in it, one a line, without stamps. A file of logs that cannot be opened is silently not written. A
-    /// SECRET is never filtered, and has its own line ends.
+    /// Puts \a logs in the place of what the file at the URL \a filePath held, whole or not at all; with
+    /// \a filterAtCmds only the AT commands in it, one a line, without stamps. A file of logs that cannot be opened is
+    /// silently not written; on a full disk the process log says so. In a folder that may not be written, logs go over
+    /// what the file held. A SECRET is never filtered, and has its own line ends.
     Q_INVOKABLE void exportLogsToFile(const QString &filePath, const QString &logs, bool filterAtCmds,
                                       Logger::Content content = LOGS);
 

@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include <QLockFile>
 #include <QMultiMap>
 #include <QRegularExpression>
 #include <QStringList>
@@ -18,8 +19,11 @@
 namespace {
 
 constexpr auto c_payloadKeyPrefix = "msg";
-constexpr double c_rightAngle = 90; // degrees
-constexpr double c_wholeTurn = 360; // degrees; a module may count longitudes from 0
+constexpr auto c_storeLock = ".lock";  // Qt's own, around each writing of the file
+constexpr auto c_saveLock = ".saving"; // around a whole save
+constexpr int c_saveTurn = 2000;       // milliseconds
+constexpr double c_rightAngle = 90;    // degrees
+constexpr double c_wholeTurn = 360;    // degrees; a module may count longitudes from 0
 
 /// The number under \a key, or \a fallback when there is none from \a first to \a last: the store may have been
 /// edited by hand.
@@ -44,10 +48,19 @@ double storedReal(const QSettings &settings, const char *key, double first, doub
     return isNumber && number >= first && number <= last ? number : fallback;
 }
 
+/// A program killed while it took a lock leaves one without a name. Qt would wait half a minute for its holder, with
+/// the window standing still. A lock whose holder lives stays.
+void removeOrphanedLock(const QSettings &settings, const char *suffix)
+{
+    QLockFile(settings.fileName() + QLatin1String(suffix)).removeStaleLockFile();
+}
+
 } // namespace
 
 void TxManager::loadSettings()
 {
+    removeOrphanedLock(m_settings, c_storeLock);
+    removeOrphanedLock(m_settings, c_saveLock);
     m_settings.beginGroup("Tx");
     setSelectedProfile(
         static_cast<Profile>(storedNumber(m_settings, "profile", PERIODIC, PREPASS_ON_MODULE, PERIODIC)));
@@ -100,6 +113,12 @@ void TxManager::loadPayloads()
 
 void TxManager::saveSettings()
 {
+    // Windows that close at once take turns, and each reads first what the others wrote: payloads that it does not know
+    // of would outlive the removal of the group, behind its own.
+    QLockFile turn(m_settings.fileName() + QLatin1String(c_saveLock));
+    turn.tryLock(c_saveTurn); // what cannot be had, as in a folder that is not there yet, is done without
+    removeOrphanedLock(m_settings, c_storeLock);
+    m_settings.sync();
     m_settings.beginGroup("Tx");
     m_settings.setValue("profile", int{m_selectedProfile});
     m_settings.setValue("csvFilePath", m_csvFilePath);
@@ -125,4 +144,5 @@ void TxManager::saveSettings()
                             m_payloadListModel->index(row).data(PayloadModel::MessageRole));
     }
     m_settings.endGroup();
+    m_settings.sync(); // the turn ends here
 }
