@@ -206,10 +206,16 @@ void Simulator::onRequest(const QByteArray &line)
 
 void Simulator::carryOutOrders(const QString &request)
 {
-    const auto first = std::stable_partition(m_orders.begin(), m_orders.end(),
-                                             [&](const Order &order) { return !request.startsWith(order.request); });
-    const std::vector<Order> due(first, m_orders.end());
-    m_orders.erase(first, m_orders.end()); // before they run: one may add another
+    std::vector<Order> due;
+    std::vector<Order> others;
+    for (const Order &order : std::exchange(m_orders, {})) { // before they run: one may add another
+        if (request.startsWith(order.request)) {
+            due.push_back(order);
+        } else {
+            others.push_back(order);
+        }
+    }
+    m_orders = std::move(others);
     for (const Order &order : due) {
         execute(order.consoleLine);
     }

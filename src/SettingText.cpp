@@ -7,5 +7,6 @@
 
 QString settingText(const QVariant &value)
 {
-    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
+    const bool isList = value.typeId() == QMetaType::QStringList;
+    return isList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
 }

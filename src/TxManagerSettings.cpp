@@ -116,7 +116,7 @@ void TxManager::saveSettings()
     // Windows that close at once take turns, and each reads first what the others wrote: payloads that it does not know
     // of would outlive the removal of the group, behind its own.
     QLockFile turn(m_settings.fileName() + QLatin1String(c_saveLock));
-    turn.tryLock(c_saveTurn); // what cannot be had, as in a folder that is not there yet, is done without
+    (void)turn.tryLock(c_saveTurn); // what cannot be had, as in a folder that is not there yet, is done without
     removeOrphanedLock(m_settings, c_storeLock);
     m_settings.sync();
     m_settings.beginGroup("Tx");

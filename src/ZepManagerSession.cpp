@@ -16,12 +16,12 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr qint32 slowBaudRate = 9600;
-constexpr qint32 fastBaudRate = 115200;
+constexpr quint32 slowBaudRate = 9600;
+constexpr quint32 fastBaudRate = 115200;
 constexpr int transmissionEndTimeout = 6000; // ms that a transmission under way gets to be answered
 constexpr auto source = "src/ZepManager";
 
-qint32 baudRateOf(ZepBoard::Module module, const QString &text)
+quint32 baudRateOf(ZepBoard::Module module, const QString &text)
 {
     if (text == "115200"_L1 || (text == "Default"_L1 && module == ZepBoard::RANGER)) {
         return fastBaudRate;
@@ -29,7 +29,7 @@ qint32 baudRateOf(ZepBoard::Module module, const QString &text)
     return slowBaudRate;
 }
 
-ZepBoard *createBoard(ZepBoard::Module module, qint32 baudRate, QObject *parent)
+ZepBoard *createBoard(ZepBoard::Module module, quint32 baudRate, QObject *parent)
 {
     switch (module) {
     case ZepBoard::ZEP1:

@@ -93,6 +93,10 @@ class Session:
         self.wait_request(count, text, seconds)
         wait_until(lambda: self.wire()[-1][0] == ">", f"an answer to '{text}'", seconds)
 
+    def wait_out(self, operation):
+        """The request that was struck runs into its time-out."""
+        time.sleep(max(0, self.struck + operation.timeout + 0.5 - time.monotonic()))
+
     # The window
 
     def on_settings(self):
@@ -281,6 +285,8 @@ def check_words(log, words, never=()):
 def in_session(session, operation, fault):
     """The session goes on: the next operation runs in it."""
     if fault.name == "sleep":
+        if operation.later and operation.laps:  # the button moves once more
+            session.wait_out(operation)
         session.probe()
         session.window.wait_text(WAKE_UP, operation.timeout + 20)
         session.console("wake")
@@ -295,7 +301,7 @@ def in_session(session, operation, fault):
     if operation.laps and not operation.on_settings:  # what it reads moves the button
         session.wait_request(operation.laps, tells)
         if fault.fails and (operation.later or operation.request == tells):
-            time.sleep(max(0, session.struck + operation.timeout + 0.5 - time.monotonic()))
+            session.wait_out(operation)
         else:
             session.wait_answered(operation.laps, tells, 20)
     session.probe()

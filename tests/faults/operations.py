@@ -296,13 +296,13 @@ OPERATIONS = [
     Operation("custom command", ALL, "AT+ID=?", lambda session, _: session.probe(), (), "+ID=", 15, laps=1, **ON_SETTINGS),
     Operation("disconnect", ALL, "AT+TXFIFO=", disconnect, timeout=15, prepare=start_on_module, **PREDICTS),
     Operation("close", ALL, "AT+ID=?", press("Request ZEP info"))]
-# A request in the middle of a chain, and its last.
+# A request in the middle of a chain, and its last; but the one behind AT+AOP=? has more lines than one for an answer.
 LATER = [
     later("connect", "AT+ID=?", then="AT+FW=?", laps=1),
     later("connect", "AT+PWR=?", boards=("zep1",), laps=1),
     later("connect", "AT+UDATE=", "Unable to set UTC date on {name}", boards=RADIO, timeout=5, laps=1),
     later("connect", "AT+LORA_DEUI=?", "Unable to get LoRa device EUI", boards=("ranger",), then="AT+LORA_AEUI=?", laps=1),
-    later("connect", "AT+PREPASS_CFG=?", "Unable to get prediction pass config", boards=("ranger",), timeout=15, laps=1),
+    later("connect", "AT+POS=?", "Unable to get GNSS position", boards=("ranger",), then="AT+AOP=?", laps=1),
     later("get identity", "AT+SN=?", boards=("zep1",)),
     later("get identity", "AT+RCONF=?", "Unable to get radio configuration", boards=RADIO),
     later("get identity", "AT+FW=?", boards=("ranger",)),
@@ -310,7 +310,7 @@ LATER = [
     later("get LoRa", "AT+LORA_ACK=?", "Unable to get LoRa ack status"),
     later("get sensors", "AT+PACQ=?", "Unable to get acquisition period"),
     later("get configuration", "AT+ALRT_SENS=?", "Unable to get sensor alerts status", then="AT+PACQ=?"),
-    later("get configuration", "AT+PREPASS_CFG=?", "Unable to get prediction pass config", timeout=15),
+    later("get configuration", "AT+POS=?", "Unable to get GNSS position", then="AT+AOP=?"),
     later("set bulletins", "AT+SAT=", "Unable to set constellation status", then="AT+AOP="),
     later("set bulletins", "AT+SAT=E", "Unable to set constellation status"),
     later("upload", "AT+UDATE=", "Unable to set UTC date on {name}", "AT+AOP=", FAILURE, timeout=5),
