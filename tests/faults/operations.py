@@ -259,7 +259,7 @@ OPERATIONS = [
     read("get Tx power", ("zep1",), "PWR", button="Tx power: ", **ON_SETTINGS),
     Operation("set Tx power", ("zep1",), "AT+PWR=500", press(f"Tx power: {SET}"), prepare=choose_power, **ON_SETTINGS),
     Operation("set modulation", RADIO, "AT+RCONF=", press("Apply chosen modulation"), ("Cannot set radio configuration!",),
-              prepare=press("Modulation", "page tab"), restore=FIRST_TAB, then="AT+RCONF=?", ended_by=FAILURE),
+              prepare=press("Modulation", "page tab"), restore=FIRST_TAB),
     read("get UTC time", ("zep2", "ranger"), "UDATE", "Unable to get UTC date from {name}", "UTC time: ", timeout=5, **PREDICTS),
     Operation("set UTC time", ("zep2",), "AT+UDATE=", set_utc, ("Unable to set UTC date on {name}",), timeout=5, **PREDICTS),
     read("get profile", ("ranger",), "PREPASS_EN", PROFILE),
