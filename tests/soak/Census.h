@@ -77,18 +77,16 @@ struct Census : QMap<QByteArray, int>
         return sum;
     }
 
-    /// What is counted otherwise in \a later, as "+2 object LogModel".
-    [[nodiscard]] QByteArrayList changesTo(const Census &later) const
+    /// What there is more of in \a later, as "+2 object LogModel"; less is what a cache has let go.
+    [[nodiscard]] QByteArrayList growthTo(const Census &later, const char *kind = "") const
     {
-        QByteArrayList changes;
-        QMap<QByteArray, int> all = later;
-        all.insert(*this);
-        for (auto count = all.cbegin(); count != all.cend(); ++count) {
-            if (const int change = later.value(count.key()) - value(count.key()); change != 0) {
-                changes << (change > 0 ? "+" : "") + QByteArray::number(change) + ' ' + count.key();
+        QByteArrayList growth;
+        for (auto count = later.cbegin(); count != later.cend(); ++count) {
+            if (const int more = *count - value(count.key()); more > 0 && count.key().startsWith(kind)) {
+                growth << '+' + QByteArray::number(more) + ' ' + count.key();
             }
         }
-        return changes;
+        return growth;
     }
 
 private:

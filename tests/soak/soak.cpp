@@ -48,6 +48,7 @@ const Session c_round[] = {
     {{RANGER}, {"Settings", ">unplug", "OK", ">plug"}},
     {{ZEP2},
      {">garbage 40", "Request ZEP info", ">late 1200", "Request ZEP info", "Start", ">assert watchdog", "Start"}},
+    {{ZEP2, RANGER}, {">say window 12 is open, level -97 dBm", "=window 12"}}, // fills the pane
     {{ZEP1}, {"Disconnect", "OK", ">mute 1", "/", "OK", "/dev/nowhere", "OK"}},
 };
 constexpr auto c_passes = "Satellite,Start date/time,Middle date/time,End date/time,Duration,Middle elevation,Start "
@@ -72,7 +73,7 @@ struct Device : QProcess
     explicit Device(const QString &link) : port(link)
     {
         setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        start(ZEPSIM, {"--board", link.section(u'/', -1), "--link", link, "--airtime", "50", "--bulletins", "0"});
+        start(ZEPSIM, {"--board", link.section(u'/', -1), "--link", link, "--airtime", "600", "--bulletins", "0"});
         (void)hear(); // the port
         bulletins = hear().section(u' ', 1);
     }
@@ -136,7 +137,8 @@ struct Soak : QObject
     }
     void wait(const QByteArray &what, const std::function<bool()> &condition)
     {
-        QTest::qWaitFor(condition, c_patience) ? void() : fail("waited in vain for '" + what + "'");
+        QTest::qWaitFor(condition, c_patience) ? void()
+                                               : fail("waited in vain for '" + what + "' behind " + log.right(400));
     }
     void take(const QByteArray &step)
     {
@@ -144,7 +146,7 @@ struct Soak : QObject
         const auto *pages = ui.bar()->property("stackView").value<QObject *>();
         switch (step.front()) {
         case '>':
-            return device().tell(step.mid(1));
+            return device().tell(step.mid(1), step.startsWith(">say") ? 100 : 1);
         case '=':
             return wait(step, [&] { return log.contains(step.mid(1)); });
         case '@':
@@ -162,7 +164,7 @@ struct Soak : QObject
             button() ? void(QMetaObject::invokeMethod(button(), "clicked")) : void();
         }
     }
-    void play(bool isCounted)
+    void play()
     {
         for (const Session &session : c_round) {
             for (const ZepBoard::Module module : session.boards) {
@@ -174,23 +176,34 @@ struct Soak : QObject
                     take(step);
                 }
                 ui.manager->disconnect();
-                played += isCounted;
-                isCounted ? count() : void();
+                ++played;
+                count();
             }
         }
+        ++rounds;
     }
+    /// The first round makes what is made at its first use, the second tells how much there is between two sessions.
     void count()
     {
-        Census now;
         const auto isAtRest = [&] {
             ui.engine->collectGarbage();
             now = Census::now();
+            // What Qt 6.4 leaves behind itself: the one by each window that closes with the focus, the other by each
+            // change of a view's model, which is where a Ranger's sensors come and go.
+            now.removeIf([](const auto &count) {
+                return count.key().endsWith("::focusObjectChanged(QObject*)") ||
+                       count.key() == "connection QQmlDelegateModel::delegateChanged()";
+            });
             forgotten = now.take("object Prepass"); // by design a table keeps the rows that it has lost
-            return rest.changesTo(now).isEmpty();
+            return (rounds < 2 ? idle : most).growthTo(now, rounds < 2 ? "timer" : "").isEmpty();
         };
-        QTest::qWaitFor(isAtRest, c_patience) ? void() : fail("left behind " + rest.changesTo(now).join(", "));
+        if (!QTest::qWaitFor(isAtRest, rounds == 0 ? 0 : c_patience) && rounds > 1) {
+            fail("left behind " + most.growthTo(now).join(", "));
+        }
+        for (auto count = now.cbegin(); count != now.cend(); ++count) {
+            most[count.key()] = std::max(most[count.key()], rounds > 0 ? *count : 0);
+        }
         forgotten == listed ? void() : fail(QByteArray::number(forgotten - listed) + " passes more than were listed");
-        rest = now;
     }
     Memory report(const char *phase)
     {
@@ -200,7 +213,7 @@ struct Soak : QObject
         const double seconds = double(clock.elapsed()) / 1000;
         std::printf("%-8s %7.1f %6.2f %8d %8d %8lld %8lld %6d %6d %7d %7d %7d\n", phase, seconds,
                     (double(skipped) / 1000 + seconds) / 3600, played, lines, memory.heap, memory.resident,
-                    rest.total("timer"), rest.total("connection"), rest.total("object"), rest.total("file"), forgotten);
+                    now.total("timer"), now.total("connection"), now.total("object"), now.total("file"), forgotten);
         std::fflush(stdout);
         return memory;
     }
@@ -216,7 +229,9 @@ struct Soak : QObject
 
     int run(int minutes, int wanted)
     {
-        play(false); // what is made at its first use is made here
+        QTest::qWait(4000);
+        idle = Census::now();
+        play(); // what is made at its first use is made here
 
         // What passes and lines cost: kept by nothing but a table and a pane that nobody sees.
         const auto used = [] { return Memory::measure().heap; };
@@ -235,9 +250,7 @@ struct Soak : QObject
         }
         const qint64 costOfLines = used() - before;
         pane.reset();
-        QTest::qWait(2000); // until nothing moves any more
-        rest = Census::now();
-        forgotten = rest.take("object Prepass");
+        play(); // what these leave is what each of the next may leave
 
         std::printf(
             "phase    seconds  hours sessions    lines heap/KiB  res/KiB timers  conns objects handles  passes\n");
@@ -245,14 +258,14 @@ struct Soak : QObject
         Memory first = report("start");
         Memory last = first;
         int kept = forgotten;
-        for (int tenth = 0, now = 0; tenth < 10; tenth = now) {
-            for (now = tenth; now == tenth;) {
-                play(true); // to its end, where the models hold the same each time
-                now = minutes == 0 ? 10 : int(std::min(clock.elapsed() / (minutes * 6000), qint64{10}));
+        for (int tenth = 0, done = 0; tenth < 10; tenth = done) {
+            for (done = tenth; done == tenth;) {
+                play(); // to its end, where the models hold the same each time
+                done = minutes == 0 ? 10 : int(std::min(clock.elapsed() / (minutes * 6000), qint64{10}));
             }
             last = report("sessions");
-            first = tenth == 0 && now < 10 ? last : first;
-            kept = tenth == 0 && now < 10 ? forgotten : kept;
+            first = tenth == 0 && done < 10 ? last : first;
+            kept = tenth == 0 && done < 10 ? forgotten : kept;
         }
         const qint64 costOfKept = costOfSamples * (forgotten - kept) / c_samples;
         compare("sessions", first, last, costOfKept);
@@ -272,7 +285,6 @@ struct Soak : QObject
         }
         compare("the log", tenthOfLog, last, costOfLines);
         ui.manager->disconnect();
-        count();
         compare("the log cleared", first, report("cleared"), costOfKept);
         std::printf("%d sessions, %d lines, %d failures\n", played, lines, failures);
         return failures == 0 ? 0 : 1;
@@ -285,17 +297,20 @@ struct Soak : QObject
     TxManager *tx = ui.tx();
     QTimer shortener;
     QElapsedTimer clock;
-    Census rest;
+    Census idle; ///< when nothing moves
+    Census most; ///< of each between two sessions
+    Census now;
     ZepBoard::Module board = ZEP1;
     QByteArray log; ///< of the session
     bool isLogKept = true;
-    int failures = 0, played = 0, lines = 0, forgotten = 0;
+    int failures = 0, rounds = 0, played = 0, lines = 0, forgotten = 0;
     int listed = 1;     ///< rows of tables of passes; the first was there before anyone could hear of it
     qint64 skipped = 0; ///< ms that were not waited
 };
 
 int main(int argc, char *argv[])
 {
+    setvbuf(stdout, nullptr, _IOLBF, 0);
     Census::begin();
     QGuiApplication application(argc, argv);
     QLoggingCategory::setFilterRules("*.debug=false\n*.info=false\nzepgui.*=false");
