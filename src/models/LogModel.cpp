@@ -88,7 +88,7 @@ void LogModel::clear()
 {
     m_batchTimer.stop();
     beginResetModel();
-    m_lines.clear();
+    m_lines = QStringList(); // clear() would keep the room of a long log for the life of the process
     m_publishedCount = 0;
     endResetModel();
 }
