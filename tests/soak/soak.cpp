@@ -181,9 +181,8 @@ struct Soak : QObject
                 count();
             }
         }
-        ++rounds;
     }
-    /// The first round makes what is made at its first use, the second tells how much there is between two sessions.
+    /// The first round tells how much there may be between two sessions.
     void count()
     {
         const auto isAtRest = [&] {
@@ -196,13 +195,13 @@ struct Soak : QObject
                        count.key() == "connection QQmlDelegateModel::delegateChanged()";
             });
             forgotten = now.take("object Prepass"); // by design a table keeps the rows that it has lost
-            return (rounds < 2 ? idle : most).growthTo(now, rounds < 2 ? "timer" : "").isEmpty();
+            return (isLearning ? idle : most).growthTo(now, isLearning ? "timer" : "").isEmpty();
         };
-        if (!QTest::qWaitFor(isAtRest, rounds == 0 ? 0 : c_patience) && rounds > 1) {
+        if (!QTest::qWaitFor(isAtRest, c_patience) && !isLearning) {
             fail("left behind " + most.growthTo(now).join(", "));
         }
         for (auto count = now.cbegin(); count != now.cend(); ++count) {
-            most[count.key()] = std::max(most[count.key()], rounds > 0 ? *count : 0);
+            most[count.key()] = std::max(most[count.key()], *count);
         }
         forgotten == listed ? void() : fail(QByteArray::number(forgotten - listed) + " passes more than were listed");
     }
@@ -237,8 +236,6 @@ struct Soak : QObject
         }
         QTest::qWait(4000);
         idle = Census::now();
-        play(); // what is made at its first use is made here
-
         // What passes and lines cost: kept by nothing but a table and two panes that nobody sees, as many as the
         // program has.
         const auto used = [] { return Memory::measure().heap; };
@@ -259,7 +256,8 @@ struct Soak : QObject
         }
         const qint64 costOfLines = used() - before;
         panes.reset();
-        play(); // what these leave is what each of the next may leave
+        play(); // makes what is made at its first use
+        isLearning = false;
 
         std::printf(
             "phase    seconds  hours sessions    lines heap/KiB  res/KiB timers  conns objects handles  passes\n");
@@ -312,9 +310,10 @@ struct Soak : QObject
     Census now;
     ZepBoard::Module board = ZEP1;
     QByteArray log; ///< of the session
+    bool isLearning = true;
     bool isLogKept = true;
     bool isShort = true; ///< each session on its first board only
-    int failures = 0, rounds = 0, played = 0, lines = 0, forgotten = 0;
+    int failures = 0, played = 0, lines = 0, forgotten = 0;
     int listed = 1;     ///< rows of tables of passes; the first was there before anyone could hear of it
     qint64 skipped = 0; ///< ms that were not waited
 };
