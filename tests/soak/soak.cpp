@@ -217,6 +217,7 @@ struct Soak : QObject
         ui.engine->collectGarbage();
         const Memory memory = Memory::measure();
         const double seconds = double(clock.elapsed()) / 1000;
+        // cppcheck-suppress invalidPrintfArgType_sint ; a qint64 is a long long
         std::printf("%-8s %7.1f %6.2f %8d %8d %8lld %8lld %6d %6d %7d %7d %7d\n", phase, seconds,
                     (double(skipped) / 1000 + seconds) / 3600, played, lines, memory.heap, memory.resident,
                     now.total("timer"), now.total("connection"), now.total("object"), now.total("file"), forgotten);
@@ -227,6 +228,7 @@ struct Soak : QObject
     {
         const qint64 heap = to.heap - from.heap;
         const qint64 resident = to.resident - from.resident;
+        // cppcheck-suppress invalidPrintfArgType_sint ; a qint64 is a long long
         std::printf("%s: heap %+lld, resident %+lld, explained %+lld KiB\n", what, heap, resident, explained);
         if (c_memoryCounts && (heap > explained + c_heapTolerance || resident > explained + c_residentTolerance)) {
             fail(what + QByteArray(": more memory than is explained"));
