@@ -7,7 +7,6 @@
 #include "ProcessLog.h"
 
 #include <QDateTime>
-#include <QFileInfo>
 #include <QMetaEnum>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -18,8 +17,7 @@ namespace {
 /// Puts \a text in the place of what the file at \a path held, whole or not at all.
 void replaceFile(const QString &path, const QString &text, Logger::Content content)
 {
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile()) { // a device, say, would be replaced by a file
+    if (isOtherThanFile(path)) { // a device, say, would be replaced by a file
         qCCritical(lcEvents).noquote() << "Unable to write" << path << "which is no file";
         return;
     }

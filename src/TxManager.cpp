@@ -6,7 +6,6 @@
 #include <utility>
 
 #include <QFile>
-#include <QFileInfo>
 #include <QMetaEnum>
 #include <QStringListModel>
 #include <QTimer>
@@ -140,8 +139,7 @@ void TxManager::changeModulationRadioConfiguration(ModulationModel::Modulation m
 void TxManager::importRadioConfFile(const QString &filepath)
 {
     QFile file(localPath(filepath));
-    // Opening a pipe would wait for its other end.
-    const bool opened = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
+    const bool opened = !isOtherThanFile(file.fileName()) && file.open(QIODevice::ReadOnly);
     // One byte more than a configuration has tells a longer file, whatever its size.
     const QByteArray content = opened ? file.read(c_radioConfSize + 1) : QByteArray();
     if (content.size() != c_radioConfSize) {

@@ -9,7 +9,6 @@
 
 #include <QEventLoop>
 #include <QFile>
-#include <QFileInfo>
 #include <QTimer>
 
 #include "LocalPath.h"
@@ -33,8 +32,7 @@ void TxManager::importPrepassData(const QString &filePath)
         return;
     }
     QFile file(localPath(filePath));
-    // Opening a pipe would wait for its other end.
-    const bool isOther = file.exists() && !QFileInfo(file).isFile();
+    const bool isOther = isOtherThanFile(file.fileName());
     if (isOther || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qCCritical(lcEvents).noquote() << (isOther ? QStringLiteral("Not a file") : file.errorString());
         Q_EMIT loadPrepassDataCompleted(QStringLiteral("Error: Unable to open file: ") + file.fileName());
