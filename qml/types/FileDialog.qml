@@ -15,8 +15,8 @@ FileDialog {
     /// What the popups of the asking window live in.
     required property Item mOverlay
 
-    parentWindow: mOverlay?.Window.window ?? null
     currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+    parentWindow: mOverlay?.Window.window ?? null
 
     onParentWindowChanged: reject() // the view has moved on, and its old window is gone
     onVisibleChanged: flattening.start()

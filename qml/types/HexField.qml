@@ -78,10 +78,8 @@ RowLayout {
     T.SetButton {
         id: setButton
 
-        readonly property bool mInputEnabled: g_enableInput // qmllint disable unqualified
-
         ToolTip.visible: false
-        enabled: mInputEnabled && field.acceptableInput
+        mAcceptable: field.acceptableInput
         visible: root.mEditing
 
         onClicked: {

@@ -3,9 +3,11 @@
 
 import "." as T
 
-/// Writes parameters to the device; rests while a sequence runs.
+/// Writes parameters to the device; rests while a sequence runs, and while they are not acceptable.
 T.ToolButton {
-    enabled: g_enableInput // qmllint disable unqualified
+    property bool mAcceptable: true
+
+    enabled: g_enableInput && mAcceptable // qmllint disable unqualified
     icon.source: "qrc:/images/checkmark.svg"
     mRippleHalf: true
     mToolTip: qsTr("Set parameter(s) in module")

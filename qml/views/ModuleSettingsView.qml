@@ -138,10 +138,8 @@ ColumnLayout {
         T.SetButton {
             id: powerSetButton
 
-            readonly property bool mInputEnabled: g_enableInput // qmllint disable unqualified
-
             Accessible.name: powerBox.Accessible.name + ": " + mToolTip
-            enabled: mInputEnabled && powerBox.currentIndex >= 0
+            mAcceptable: powerBox.currentIndex >= 0
 
             onClicked: ZepManager.setTxPower(powerBox.currentValue)
         }

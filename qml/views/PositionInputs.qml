@@ -48,7 +48,7 @@ GridLayout {
 
         T.SetButton {
             Accessible.name: positionHeading.text + ": " + mToolTip
-            enabled: latitudeField.acceptableInput && longitudeField.acceptableInput && root.enableInput
+            mAcceptable: latitudeField.acceptableInput && longitudeField.acceptableInput
             visible: !root.rangerModuleSelected
 
             onClicked: ZepManager.setGnssPosition(Number(latitudeField.text), Number(longitudeField.text))

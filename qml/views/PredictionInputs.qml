@@ -73,7 +73,7 @@ GridLayout {
 
         T.SetButton {
             Accessible.name: configHeading.text + ": " + mToolTip
-            enabled: durationField.acceptableInput && elevationField.acceptableInput && passDurationField.acceptableInput && root.enableInput
+            mAcceptable: durationField.acceptableInput && elevationField.acceptableInput && passDurationField.acceptableInput
             visible: !root.rangerModuleSelected
 
             onClicked: ZepManager.setPrepassConfig(Number(durationField.text), Number(elevationField.text), Number(passDurationField.text))
