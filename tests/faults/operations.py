@@ -241,6 +241,7 @@ def know_satellites(session):
 
 
 def show_data(session):
+    session.console("bulletins ok")
     if session.name != "zep1":
         session.console("say +PREPASS_EN=1")
     session.press("Data view")
@@ -275,8 +276,7 @@ OPERATIONS = [
          **PREDICTS),
     Operation("set prediction", RADIO, "AT+PREPASS_CFG=", press(f"Pass prediction: {SET}"),
               ("Unable to set prediction pass config",), **PREDICTS),
-    Operation("bulletin download", ALL, "", download, prepare=press("Satellite infos"), restore=show_data,
-              finish=lambda session: session.console("bulletins ok")),
+    Operation("bulletin download", ALL, "", download, prepare=press("Satellite infos"), restore=show_data),
     read("get bulletins", PREDICTING, "AOP", "Unable to get AOP data", "AOP data: ", answer="+AOP=end", **PREDICTS),
     Operation("set bulletins", RADIO, "AT+AOP=", press(f"AOP data: {SET}"), ("Unable to set AOP data",), then="AT+SAT=",
               prepare=know_satellites, **PREDICTS),
