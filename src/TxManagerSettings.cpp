@@ -15,6 +15,7 @@
 #include "PeriodicProfile.h"
 #include "PrepassProfile.h"
 #include "SettingText.h"
+#include "SettingsStore.h"
 
 namespace {
 
@@ -144,5 +145,6 @@ void TxManager::saveSettings()
                             m_payloadListModel->index(row).data(PayloadModel::MessageRole));
     }
     m_settings.endGroup();
-    m_settings.sync(); // the turn ends here
+    m_settings.sync();
+    SettingsStore::keepCopy(); // the turn ends here
 }

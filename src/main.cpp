@@ -3,6 +3,7 @@
 
 #include "Identity.h"
 #include "QmlTypes.h"
+#include "SettingsStore.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationVersion(Identity::version);
     QGuiApplication::setOrganizationName(Identity::organization);
     QGuiApplication::setOrganizationDomain(Identity::organizationDomain);
+    SettingsStore::mend();
 
     registerQmlTypes();
     QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false\n*.critical=true"_s);

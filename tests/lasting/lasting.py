@@ -212,7 +212,31 @@ def exports():
         moments(kill, 3 if name == "configuration" else 8)  # a session takes its time to begin
 
 
-def full_disk():
+def full_disk_at_a_close():
+    with Program() as program:
+        program.expect(CHANGE.format(MANY), MANY)
+        program.close()
+    full = store.read_bytes()
+    line_end = full.index(b"\n", 200) + 1
+    # The lock of the store has no room; the lock has, the store has not, and ends in a line or behind it; once more.
+    for limit, torn in ((0, False), (line_end - 1, True), (line_end, True), (line_end - 1, True)):
+        with Program(limit) as program:
+            program.expect(SHOWN, MANY)
+            program.expect(CHANGE.format(MANY), MANY)
+            program.close()
+        check(store.stat().st_size == (limit if torn else len(full)), "the disk was not full")
+        if limit == line_end:  # looks whole to the next start
+            check(pathlib.Path(f"{store}.kept").read_bytes() == full, "what is torn was kept")
+            store.write_bytes(full)
+    by_hand = full.rstrip()  # as some editors leave a last line
+    store.write_bytes(by_hand)
+    with Program() as program:
+        program.expect(SHOWN, MANY)
+        check(pathlib.Path(f"{store}.torn").read_bytes() == by_hand, "an edit was lost")
+        program.close()
+
+
+def full_disk_at_an_export():
     target.write_bytes(b"old")
     with Program(limit=200) as program:
         program.expect(SESSION.format(port), 4)
@@ -232,7 +256,8 @@ with subprocess.Popen([build / "sim/zepsim", "--board", "ranger", "--auto-wake",
     port, bulletins = simulator.stdout.readline().strip(), simulator.stdout.readline().split()[1]
     (folder / "config.ini").write_text(f'[Prepass]\naopWebRequestUrl="{bulletins}?login=a&password=b&application=c"\n')
     try:
-        for step in (regular_closes, starting, closing, locks_without_a_name, two_windows, exports, full_disk):
+        for step in (regular_closes, starting, closing, locks_without_a_name, two_windows, full_disk_at_a_close,
+                     exports, full_disk_at_an_export):
             began = time.monotonic()
             step()
             print(f"{step.__name__}: {time.monotonic() - began:.1f} s", flush=True)

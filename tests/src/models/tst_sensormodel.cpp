@@ -5,6 +5,7 @@
 #include "Ranger.h"
 
 #include <QSignalSpy>
+#include <QStringListModel>
 
 // Its contract is narrower than that of QAbstractItemModelTester: an unknown role ends the program.
 class TestSensorModel : public QObject
@@ -16,14 +17,19 @@ private Q_SLOTS:
     {
         Ranger board(nullptr, 9600);
         SensorModel *model = board.sensorListModel();
-        QVERIFY(!model->setData(model->index(8), false, SensorModel::EnableRole)); // a write past the end
+        QStringListModel longer(QStringList(9)); // the model itself gives no index past its end
+        const QModelIndex behind = longer.index(8);
+        QVERIFY(!model->setData(QModelIndex(), false, SensorModel::EnableRole));
+        QVERIFY(!model->setData(behind, false, SensorModel::EnableRole));
         QSignalSpy changed(model, &SensorModel::dataChanged);
         model->setAlert(uchar(8), true);
         model->setEnable(0, true); // no change
         QCOMPARE(changed.count(), 1);
         const QByteArray source = "src/models/SensorModel";
         verifyAborts("row", source, "Invalid index to access sensor model data",
-                     [&] { (void)model->data(model->index(8), SensorModel::NameRole); });
+                     [&] { (void)model->data(QModelIndex(), SensorModel::NameRole); });
+        verifyAborts("row behind", source, "Invalid index to access sensor model data",
+                     [&] { (void)model->data(behind, SensorModel::NameRole); });
         verifyAborts("role", source, "Invalid role value to access sensor model data",
                      [&] { (void)model->data(model->index(0), 264); });
         verifyAborts("written name", source, "Invalid role value to update sensor model data",
