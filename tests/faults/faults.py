@@ -18,6 +18,7 @@ import difflib
 import itertools
 import pathlib
 import re
+import signal
 import sys
 import time
 
@@ -38,7 +39,8 @@ msg0=A1B2C3D4
 msg1=01020304
 
 [Tx]
-Periodic\\redundancy=1
+Periodic\\redundancy={redundancy}
+Periodic\\delay={delay}
 Prepass\\predictionDuration=7
 """
 
@@ -49,12 +51,14 @@ class Session:
     def __init__(self, stage):
         self.stage, self.name, self.board = stage, stage.board, BOARDS[stage.board]
         self.console = stage.console
+        self.quick = False
         stage.start_simulator("--airtime", "600", "--seed", "7", *self.board.options)
         self.start_program()
 
     def start_program(self):
         from window import Window
-        self.stage.start_program(SETTINGS.format(module=self.board.module))
+        self.stage.start_program(SETTINGS.format(module=self.board.module, redundancy=2 if self.quick else 1,
+                                                 delay=3 if self.quick else 60))
         self.window = Window(self.stage.program.pid)
         self.press = self.window.click
         self.window.wait_for("Connect")
@@ -70,6 +74,14 @@ class Session:
             self.window.wait_text("Last update:")  # lasts; the messages are gone soon
             self.press("Data view")
             wait_until(lambda: "Check satellite pane" not in self.window.text(), "the messages go")
+
+    def be_quick(self, quick):
+        """The window takes no delay so short as the store does: a program begins with it."""
+        if quick != self.quick:
+            self.quick = quick
+            self.window.close(TITLE)
+            self.stage.program.wait(30)
+            self.start_program()
 
     # The wire
 
@@ -215,10 +227,10 @@ class Session:
                     raise
                 time.sleep(pause)
 
-    def check_idle(self):
+    def check_idle(self, looks=0):
         """Under 1 % over a second that begins within two. By the clock of the process: /proc counts in steps of 1 %."""
         clock, used = (~self.stage.program.pid << 3) | 2, []
-        while len(used) < self.stage.idle_looks:
+        while len(used) < (looks or self.stage.idle_looks):
             before = time.clock_gettime(clock)
             time.sleep(1)
             used.append(time.clock_gettime(clock) - before)
@@ -251,12 +263,13 @@ def clipboard():
 
 def play(session, operation, fault):
     """One cell."""
+    session.be_quick(operation.quick)
     session.page(operation.on_settings)
     if session.name != "zep1":
         session.console(f"say +PREPASS_EN={int(operation.predicts)}")
     operation.prepare(session)
     session.cell_begins, session.operation, session.fault = len(session.trace()), operation, fault
-    process_log = 0 if operation.name == "close" else len(session.stage.process_log())
+    process_log = 0 if operation.name == "close" or fault.name in operation.dies else len(session.stage.process_log())
     if operation.request:
         fault.order(session, operation)
         operation.act(session, lambda: False)
@@ -266,6 +279,8 @@ def play(session, operation, fault):
         operation.act(session, lambda: fault.strike(session))
     if fault.loses_line and operation.name != "close":
         lost(session, operation, fault)
+    elif fault.name in operation.dies:
+        ended(session, operation, fault)
     else:
         {"close": closed, "disconnect": disconnected, "connect": connected}.get(operation.title, in_session)(
             session, operation, fault)
@@ -284,11 +299,14 @@ def check_words(log, words, never=()):
 
 def in_session(session, operation, fault):
     """The session goes on: the next operation runs in it."""
+    if operation.shown and fault.fails and fault.name != "sleep" and not operation.later:
+        wait_until(lambda: operation.shown(session), "the window shows the failure", operation.timeout + 20)
     if fault.name == "sleep":
         if operation.later and operation.laps:  # the button moves once more
             session.wait_out(operation)
         session.probe()
         session.window.wait_text(WAKE_UP, operation.timeout + 20)
+        session.check_idle()
         session.console("wake")
         session.window.wait_gone(WAKE_UP)
     if fault.name == "assert":
@@ -314,7 +332,10 @@ def in_session(session, operation, fault):
         behind = asked[[line.startswith(operation.request) for line in asked].index(True) + 1:]
         followed = any(line.startswith(operation.then) for line in behind)
         check(followed == operation.goes_on(fault), f"behind the fault: {behind}")
-    check_words(session.news(log), fault.words(operation), (TIMEOUT, *operation.failure) if answered else ())
+    news, words = session.news(log), fault.words(operation)
+    check_words(news, words, (TIMEOUT, *operation.failure) if answered else ())
+    told = [word for word in (TIMEOUT, *operation.failure) if word in words and sum(word in line for line in news) > 1]
+    check(not told, f"told more than once: {told} in {news}")
 
 
 def lost(session, operation, fault):
@@ -324,6 +345,8 @@ def lost(session, operation, fault):
         if operation.request:
             session.window.wait_text(TIMEOUT, operation.timeout + 20)
         session.check_log(session.shown_log(), whole=False)
+    if not operation.turning:
+        session.check_idle(60)  # with the cable pulled and the dialog open, once the chain has come to its end
     session.accept(60)
     session.window.wait_for("Connect")
     if fault.name == "unplug":
@@ -348,10 +371,20 @@ def connected(session, operation, fault):
     check_words(log, () if fault.fails else fault.said)
 
 
-def disconnected(session, operation, _fault):
-    """Whatever the device says to it, the session ends."""
+def disconnected(session, operation, fault):
+    """Whatever the device says to it, the session ends. What is late meets the first request of the next."""
     session.window.wait_for("Connect", seconds=operation.timeout + 20)
-    session.connect()
+    session.connect(session.struck + operation.timeout + operation.late / 1000 - 0.6 if fault.name == "late" else 0)
+
+
+def ended(session, _operation, _fault):
+    """The assertion on the process log, and a session of a new program over the same line."""
+    code = session.stage.program.wait(20)
+    check(code == -signal.SIGABRT, f"the program ended with {code}")
+    said = session.stage.process_log()
+    check("m_ackPending updated with a redundant state" in said, f"on the process log: {said}")
+    wait_until(lambda: session.trace()[-1][1].startswith("+TX="), "the device is done with its Tx")
+    session.start_program()
 
 
 def closed(session, _operation, _fault):

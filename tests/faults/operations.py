@@ -3,10 +3,12 @@
 """The tables of the fault run: the boards, the operations of a user, the faults of a device, and what must come of it."""
 
 import dataclasses
+import datetime
 import types
 import typing
 
-from stage import wait_until
+from passes import HEADER
+from stage import ROOT, wait_until
 from tour import Tour
 
 TIMEOUT = "AT command request timeout!"
@@ -42,7 +44,8 @@ class Fault:
         return self.loses_line
 
     def words(self, operation):
-        words = [*(self.said if operation.request or self.during else ()), *operation.told]
+        words = [*(self.said if operation.request or self.during else ()), *operation.told,
+                 *operation.tells.get(self.name, ())]
         if operation.request:
             words += operation.failure if self.fails else ()
             words += [operation.answer] if self.name in ("late", "split", "garbage") else []
@@ -82,6 +85,13 @@ class Operation:
     on_settings: bool = False
     restarts: bool = False  # the device, in the end
     told: tuple = ()  # what the log tells of it with every fault
+    tells: dict = dataclasses.field(default_factory=dict)  # and with one of them
+    plays: tuple = ()  # the faults that its act plays in its own way
+    silent: tuple = ()  # boards whose control asks nothing of the device
+    quick: bool = False  # the session is one of short delays and two Tx for each payload
+    turning: bool = False  # something turns in the window for as long as a dialog stands before it
+    shown: typing.Callable = None  # what the window shows once the request has failed
+    dies: tuple = ()  # the faults that end the program by an assertion
     then: str = ""  # the request that follows in its chain
     ended_by: tuple = ()  # what ends the chain: a failure of the request, a reset of the device
     later: bool = False  # another row of the same name has the first request of the chain
@@ -173,11 +183,89 @@ def stopped(session):
     session.window.wait_for("Start", seconds=20)
 
 
+def end_passes(session):
+    not_ending(session)
+    session.press("Periodic", "radio button")
+
+
 def not_ending(session):
     """A Tx that nobody answers, and a restart that nobody reports, are awaited until the session ends."""
     if session.window.find("Stopping...") or (session.operation.request, session.fault.name) == ("AT+RST=", "unsolicited"):
         leave(session)
         session.connect()
+
+
+def transmit(session, strike):
+    """The fault strikes the result of the first Tx, behind its acknowledgement."""
+    fault = session.fault.name
+    if fault in ("no answer", "late", "unsolicited"):  # the device does not know of it, and has no result
+        session.console("when AT+TX= mute 1")
+        session.console("when AT+TX= say +OK")
+    elif fault == "error":
+        session.console("tx-error 1")
+    session.press("Start")
+    session.wait_request(1, "AT+TX=")
+    if fault == "late":
+        session.console("when AT+TX= say +TX=0,A1B2C3D4")  # meets the next Tx
+    strike()
+
+
+def transmitted(session):
+    if session.fault.name != "assert":  # has stopped the sequence
+        wait_until(lambda: sum(line.startswith("+TX=") for _, line in session.wire()) == 2, "two results")
+        session.press("Stop")
+    stopped(session)
+
+
+def owe_a_result(session):
+    session.console("when AT+TX= mute 1")
+    session.console("when AT+TX= say +OK")
+    session.press("Start")
+    session.window.wait_text("Waiting for ACK...")
+
+
+def write_passes(session):
+    """One pass, which has begun."""
+    begin = datetime.datetime.now(datetime.timezone.utc) - datetime.timedelta(minutes=1)
+    (session.stage.work / "passes.csv").write_text(f"{HEADER}HERE,{begin:%m-%d-%Y %H:%M:%S},,,00:30:00,42.5,0,90,180\n")
+
+
+def import_passes(session, strike):
+    write_passes(session)
+    session.press("Import data")
+    session.window.wait_text("Please choose your prepass csv file")
+    if not strike():
+        Tour.open_file(session, "passes.csv")
+        session.window.wait_text("HERE, ")
+
+
+def be_in_a_pass(session):
+    import_passes(session, lambda: False)
+    session.press("Pre-pass", "radio button")
+
+
+def load_radio(session, _strike):
+    session.press("Upload your radio configuration from binary file")
+    session.window.wait_text("Please choose your radio configuration binary file")
+    (session.stage.work / "radio.bin").write_bytes(next((ROOT / "sim/rconf").glob("*.bin")).read_bytes())
+    Tour.open_file(session, "radio.bin")
+
+
+def export_log(session, strike):
+    for file in session.stage.work.glob("*session.log"):
+        file.unlink()
+    session.press("Export logs/AT commands")
+    session.window.wait_text("Export logs to file...")
+    if not strike():
+        Tour.save_file_as(session, "session.log")
+
+
+def log_exported(session):
+    """All that was logged when it was asked for, up to the request of the probe."""
+    text, = (file.read_text() for file in session.stage.work.glob("*session.log"))
+    exported, log = text.splitlines(), session.log()
+    if exported != log[:len(exported)] or not log[len(exported)].endswith("[APP] AT+ID=?"):
+        raise AssertionError(f"the file is not whole: {text}")
 
 
 def stop(session, strike):
@@ -253,18 +341,29 @@ PREDICTING, TRANSMITTING = (*RADIO, "ranger"), ("zep1", *RADIO)
 PROFILE = "Unable to get prediction pass 'enable' status"
 ON_SETTINGS, PREDICTS = {"on_settings": True}, {"predicts": True}
 FIRST_TAB = press("Sarvane profile", "page tab")
+# A result that does not come is awaited still when the next Tx is due, which is asserted not to be.
+RESULTS = {"no answer": (), "error": ("A Tx error occured (1)", "transmitted! (2/2)"), "late": ("transmitted! (2/2)",),
+           "garbage": ("transmitted! (1/2)", "transmitted! (2/2)"), "unsolicited": ()}
+NO_RESULT = ("no answer", "unsolicited")
 OPERATIONS = [
     Operation("connect", ALL, "AT+PING=?", connect, prepare=leave, late=5000),
-    Operation("get identity", ALL, "AT+ID=?", press("Request ZEP info"), answer="+ID=", laps=1, then="AT+FW=?"),
-    read("get Tx frequency", ("zep1",), "ATXFRQ", button="Tx frequency: ", **ON_SETTINGS),
+    Operation("get identity", ALL, "AT+ID=?", press("Request ZEP info"), answer="+ID=", laps=1, then="AT+FW=?",
+              shown=lambda session: "ID: NA" in session.window.text()),
+    read("get Tx frequency", ("zep1",), "ATXFRQ", button="Tx frequency: ", **ON_SETTINGS,
+         shown=lambda session: session.window.content("Tx frequency") == "NA"),
     read("get Tx power", ("zep1",), "PWR", button="Tx power: ", **ON_SETTINGS),
     Operation("set Tx power", ("zep1",), "AT+PWR=500", press(f"Tx power: {SET}"), prepare=choose_power, **ON_SETTINGS),
     Operation("set modulation", RADIO, "AT+RCONF=", press("Apply chosen modulation"), ("Cannot set radio configuration!",),
               prepare=press("Modulation", "page tab"), restore=FIRST_TAB),
+    Operation("load modulation", RADIO, "AT+RCONF=", load_radio, ("Cannot set radio configuration!",),
+              prepare=press("Modulation", "page tab"), restore=FIRST_TAB),
     read("get UTC time", ("zep2", "ranger"), "UDATE", "Unable to get UTC date from {name}", "UTC time: ", timeout=5, **PREDICTS),
-    Operation("set UTC time", ("zep2",), "AT+UDATE=", set_utc, ("Unable to set UTC date on {name}",), timeout=5, **PREDICTS),
+    Operation("set UTC time", ("zep2",), "AT+UDATE=", set_utc, ("Unable to set UTC date on {name}",), timeout=5,
+              silent=("zep1", "tbx", "ranger"), **PREDICTS),
     read("get profile", ("ranger",), "PREPASS_EN", PROFILE),
-    Operation("set profile", ("zep2",), "AT+PREPASS_EN=0", press("Periodic", "radio button"), timeout=5, **PREDICTS),
+    Operation("set profile", ("zep2",), "AT+PREPASS_EN=0", press("Periodic", "radio button"), timeout=5,
+              silent=("zep1", "tbx", "ranger"), shown=lambda session: session.window.is_checked("Pre-pass", "radio button"),
+              **PREDICTS),
     read("get redundancy", ("ranger",), "ZEP_REDUN", "Unable to get Tx redundancy", "Redundancy: ", **PREDICTS),
     read("get LoRa", ("ranger",), "LORA_EN", "Unable to get LoRa connectivity status", "LoRa: ",
          prepare=press("LoRa connectivity", "page tab"), restore=FIRST_TAB, then="AT+LORA_REDUN=?"),
@@ -276,7 +375,8 @@ OPERATIONS = [
          **PREDICTS),
     Operation("set prediction", RADIO, "AT+PREPASS_CFG=", press(f"Pass prediction: {SET}"),
               ("Unable to set prediction pass config",), **PREDICTS),
-    Operation("bulletin download", ALL, "", download, prepare=press("Satellite infos"), restore=show_data),
+    Operation("bulletin download", ALL, "", download, prepare=press("Satellite infos"), restore=show_data,
+              plays=("no answer", "error", "garbage")),
     read("get bulletins", PREDICTING, "AOP", "Unable to get AOP data", "AOP data: ", answer="+AOP=end", **PREDICTS),
     Operation("set bulletins", RADIO, "AT+AOP=", press(f"AOP data: {SET}"), ("Unable to set AOP data",), then="AT+SAT=",
               prepare=know_satellites, **PREDICTS),
@@ -287,14 +387,21 @@ OPERATIONS = [
               restarts=True, then="AT+ALRT_ACC=", ended_by=FAILURE, restore=not_ending),
     Operation("export", ("ranger",), "", save, told=("Config exported successfully!",), finish=saved),
     Operation("import", ("ranger",), "", load, told=("Config imported successfully!",)),
+    Operation("import passes", TRANSMITTING, "", import_passes, turning=True),
+    Operation("export log", ALL, "", export_log, finish=log_exported),
     Operation("start", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",), finish=started,
               restore=not_ending, then="AT+TX=", ended_by=SEQUENCE),
+    Operation("start in a pass", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",),
+              prepare=be_in_a_pass, finish=started, restore=end_passes, then="AT+TX=", ended_by=SEQUENCE),
+    Operation("transmission", TRANSMITTING, "", transmit, finish=transmitted, plays=tuple(RESULTS), tells=RESULTS,
+              quick=True,
+              turning=True, dies=NO_RESULT),
     Operation("start on module", RADIO, "AT+TXFIFO=", press("Start"), ("Unable to flush Tx payloads list",), timeout=15,
               finish=started_on_module, then="AT+NEXTPASS=?", ended_by=RESET, **PREDICTS),
     Operation("stop", TRANSMITTING, "AT+TXFIFO=", stop, ("Unable to flush Tx payloads list",), timeout=15,
               prepare=start_on_module, finish=stopped, **PREDICTS),
     Operation("custom command", ALL, "AT+ID=?", lambda session, _: session.probe(), (), "+ID=", 15, laps=1, **ON_SETTINGS),
-    Operation("disconnect", ALL, "AT+TXFIFO=", disconnect, timeout=15, prepare=start_on_module, **PREDICTS),
+    Operation("disconnect", ALL, "AT+TXFIFO=", disconnect, timeout=15, late=5000, prepare=start_on_module, **PREDICTS),
     Operation("close", ALL, "AT+ID=?", press("Request ZEP info"))]
 # A request in the middle of a chain, and its last; but the one behind AT+AOP=? has more lines than one for an answer.
 LATER = [
@@ -323,22 +430,26 @@ LATER = [
     later("start on module", "AT+TXDATA=", "Unable to write Tx command")]
 # What an operation is on one board only. A Ranger that does not predict has its view of the satellites out of use.
 VARIANTS = {("start", "zep1"): {"request": "AT+TX=", "then": ""},
+            ("start in a pass", "zep1"): {"request": "AT+TX=", "then": ""},
+            ("transmission", "zep1"): {"dies": (*NO_RESULT, "error")},  # it has no words for a Tx that failed
             ("stop", "zep1"): {"request": "", "prepare": start_periodic, "timeout": 0},
-            ("disconnect", "zep1"): {"request": "", "prepare": nothing},
+            ("disconnect", "zep1"): {"request": "", "prepare": owe_a_result, "turning": True},
             ("disconnect", "ranger"): {"request": "", "prepare": nothing},
             ("bulletin download", "ranger"): PREDICTS}
 
 
 def left_out(board, operation, fault):
     """Why a cell does not apply, or nothing."""
+    if board in operation.silent:
+        return "the control asks nothing of this board"
     if board not in operation.boards:
         return "no such request on this board" if operation.later else "no such control on this board"
     if fault.name == "sleep" and board != "ranger":
         return "this board never sleeps"
-    if operation.name == "bulletin download" and fault.name in ("no answer", "error", "garbage"):
-        return ""  # played by the web service
-    if not operation.request and (not fault.during or fault.name in ("garbage", "unsolicited")):
-        return "the operation sends no request to this board"
-    if operation.name == "close" and fault.name in ("split", "error", "late"):
-        return "the window is closed before such an answer could come"
+    if not operation.request and not fault.during and fault.name not in operation.plays:
+        return "the operation sends no request whose answer could fail"
+    if operation.name == "close" and fault.name in ("split", "error"):
+        return "the answer ends the request before the window could be closed"
+    if operation.name == "close" and fault.name == "late":
+        return "the program has ended when the answer comes"
     return ""

@@ -134,7 +134,8 @@ class Stage:
                                               f'[Prepass]\naopWebRequestUrl="{service}"\n')
         environment = dict(self.environment, HOME=str(self.work / "home"), XDG_CONFIG_HOME=str(configuration.parent),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QUICK_BACKEND="software", QT_QPA_PLATFORM="xcb",
-                           ASAN_OPTIONS="detect_leaks=0", LC_ALL="C.UTF-8")
+                           ASAN_OPTIONS="detect_leaks=0", LC_ALL="C.UTF-8",
+                           QT_LOGGING_RULES="default.warning=true")  # a fault of the QML is one
         self.log = open(self.out / "process.log", "w")
         self.program = subprocess.Popen([self.build / "src/zepgui"], env=environment, cwd=self.work,
                                         stdout=self.log, stderr=subprocess.STDOUT)
