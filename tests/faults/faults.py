@@ -58,7 +58,7 @@ class Session:
     def start_program(self):
         from window import Window
         self.stage.start_program(SETTINGS.format(module=self.board.module, redundancy=2 if self.quick else 1,
-                                                 delay=3 if self.quick else 60))
+                                                 delay=6 if self.quick else 60))
         self.window = Window(self.stage.program.pid)
         self.press = self.window.click
         self.window.wait_for("Connect")
