@@ -110,7 +110,7 @@ def large_window(tour):
 def unplug(tour):
     before = len(tour.stage.process_log().splitlines())
     tour.stage.console("unplug")
-    tour.window.wait_text("The evaluation kit is not reachable, it may have been unplugged", 1)
+    tour.window.wait_text("The evaluation kit is not reachable, it may have been unplugged")
     tour.shot("unplugged")
     start = tour.stage.cpu_seconds()
     time.sleep(2)
@@ -140,6 +140,7 @@ def close(tour):
     tour.window.close(TITLE)
     code = tour.stage.program.wait(15)
     check(code == 0, f"the program ended with {code}")
+    check("qrc:" not in tour.stage.process_log(), f"a fault of the QML: {tour.stage.process_log()}")
     saved = (tour.stage.work / "home/.config/Sarvane/ZepGUI.conf").read_text()
     check(tour.board == "ranger" or "A1B2C3D4" in saved, "the payload was not saved")
 

@@ -51,7 +51,7 @@ class Tour:
 
     def play(self):
         from window import Window
-        self.stage.start_simulator("--airtime", "900", "--seed", "7")
+        self.stage.start_simulator("--airtime", "300", "--seed", "7")
         self.stage.start_program(SETTINGS)
         self.window = Window(self.stage.program.pid)
         for step in [*session.BEGIN, *STEPS[self.board], *session.END]:
