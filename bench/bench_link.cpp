@@ -3,6 +3,7 @@
 
 // The wire: one command and its answer, and 100,000 lines poured in, each against a bare QSerialPort.
 
+#include "Identity.h"
 #include "WireThread.h"
 #include "ZepManager.h"
 
@@ -110,7 +111,7 @@ BENCHMARK(pour)->Iterations(3)->UseRealTime()->Unit(benchmark::kMillisecond);
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(u"Sarvane"_s);
+    QCoreApplication::setOrganizationName(Identity::organization);
     QCoreApplication::setApplicationName(u"ZepGUI bench"_s);
     QLoggingCategory::setFilterRules(u"*=false"_s);
     benchmark::Initialize(&argc, argv);

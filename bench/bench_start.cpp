@@ -5,6 +5,7 @@
 // KiB after it. The start comes from the caller, as nanoseconds of the monotonic clock: the loader counts too.
 
 #ifndef EMPTY_WINDOW
+#include "Identity.h"
 #include "QmlTypes.h"
 #endif
 
@@ -25,12 +26,12 @@ int main(int argc, char *argv[])
 {
     const qint64 start = argc > 1 ? QByteArray(argv[1]).toLongLong() : 0;
     QGuiApplication application(argc, argv);
-    QGuiApplication::setApplicationName(u"ZepGUI bench"_s);
-    QGuiApplication::setOrganizationName(u"Sarvane"_s);
     QQmlApplicationEngine engine;
 #ifdef EMPTY_WINDOW
     engine.load(QUrl(u"qrc:/empty.qml"_s));
 #else
+    QGuiApplication::setApplicationName(u"ZepGUI bench"_s);
+    QGuiApplication::setOrganizationName(Identity::organization);
     registerQmlTypes();
     engine.rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
     engine.load(QUrl(u"qrc:/qml/main.qml"_s));

@@ -4,6 +4,7 @@
 // The whole window with its panes, a device pouring lines: how long the event loop is held, and what it costs.
 // Prints "name value" lines for bench/run.
 
+#include "Identity.h"
 #include "PrepassModel.h"
 #include "QmlTypes.h"
 #include "TxManager.h"
@@ -102,7 +103,7 @@ qint64 importStall(ZepManager &manager)
 int main(int argc, char *argv[])
 {
     QGuiApplication application(argc, argv);
-    QGuiApplication::setOrganizationName(u"Sarvane"_s);
+    QGuiApplication::setOrganizationName(Identity::organization);
     QGuiApplication::setApplicationName(u"ZepGUI bench"_s);
     QQmlApplicationEngine engine;
     registerQmlTypes();

@@ -13,7 +13,8 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS package-lock.json
 set(_npm_stamp ${CMAKE_CURRENT_BINARY_DIR}/npm-ci.stamp)
 if(NOT EXISTS ${_barlow} OR NOT EXISTS ${_roboto_mono}
    OR ${CMAKE_CURRENT_SOURCE_DIR}/package-lock.json IS_NEWER_THAN ${_npm_stamp})
-    find_program(NPM_EXECUTABLE npm)
+    # On Windows a shell script of the plain name lies beside npm.cmd, and cannot be run.
+    find_program(NPM_EXECUTABLE NAMES npm.cmd npm NAMES_PER_DIR)
     if(NOT NPM_EXECUTABLE)
         message(FATAL_ERROR "npm is needed to install the fonts (Barlow, Roboto Mono) and was not found. Install Node.js with npm.")
     endif()

@@ -5,8 +5,8 @@
 packages=(
     # building
     g++ cmake ninja-build ccache
-    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-serialport-dev qt6-tools-dev qt6-tools-dev-tools
-    qt6-l10n-tools libgl-dev libqt6opengl6-dev libbenchmark-dev
+    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-serialport-dev libgl-dev
+    libqt6opengl6-dev libbenchmark-dev
     # running
     libqt6svg6
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick

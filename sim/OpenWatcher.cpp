@@ -42,7 +42,7 @@ bool OpenWatcher::watch(const QString &path)
 
 void OpenWatcher::onReadable()
 {
-    std::array<char, 4096> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
+    std::array<char, 4096> buffer;
     bool isOpening = false;
     ssize_t count = 0;
     while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {

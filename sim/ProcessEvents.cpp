@@ -30,7 +30,7 @@ StandardInput::StandardInput(QObject *parent)
 
 void StandardInput::onReadable()
 {
-    std::array<char, 4096> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
+    std::array<char, 4096> buffer;
     const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
     if (count <= 0) {
         m_notifier->setEnabled(false);

@@ -83,7 +83,7 @@ void PseudoTerminal::write(const QByteArray &data)
 
 void PseudoTerminal::onReadable()
 {
-    std::array<char, 4096> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
+    std::array<char, 4096> buffer;
     const ssize_t count = ::read(m_master, buffer.data(), buffer.size());
     if (count > 0) {
         Q_EMIT received(QByteArray(buffer.data(), count));

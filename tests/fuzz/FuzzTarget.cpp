@@ -16,6 +16,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include "Identity.h"
 #include "TxManager.h"
 #include "VirtualClock.h"
 
@@ -42,10 +43,10 @@ void prepareProcess()
     static const QCoreApplication application(argc, argv);
     static const QTemporaryDir folder(QDir(u"/dev/shm"_s).exists() ? u"/dev/shm/fuzz-XXXXXX"_s : u"fuzz-XXXXXX"_s);
     qInstallMessageHandler(onMessage);
-    QCoreApplication::setOrganizationName(u"Sarvane"_s);
-    QCoreApplication::setApplicationName(u"ZepGUI"_s);
+    QCoreApplication::setOrganizationName(Identity::organization);
+    QCoreApplication::setApplicationName(Identity::name);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    Fuzz::require(QDir::setCurrent(folder.path()) && QDir().mkpath(u"Sarvane"_s), "no folder to work in");
+    Fuzz::require(QDir::setCurrent(folder.path()) && QDir().mkpath(Identity::organization), "no folder to work in");
 }
 
 void prepareInput()
@@ -65,7 +66,7 @@ void Fuzz::require(bool condition, const char *what)
 
 QString Fuzz::settingsFile()
 {
-    return u"Sarvane/ZepGUI.conf"_s;
+    return u"%1/%2.conf"_s.arg(Identity::organization, Identity::name);
 }
 
 void Fuzz::write(const QString &name, const QByteArray &content)

@@ -4,11 +4,9 @@
 #pragma once
 
 #include "QmlTypes.h"
-#include "ScriptedPeer.h"
-#include "ZepManager.h"
+#include "ScriptedSession.h"
 
 #include <QAccessible>
-#include <QDir>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -18,7 +16,6 @@
 #include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -97,17 +94,11 @@ struct Screen
 
 /// The real window on the real ZepManager, in a folder of its own; a scripted device stands at the far end of the line.
 /// It says "+OK" to whatever \c answers does not hold. An error in a QML file fails the test.
-struct Program : Screen
+struct Program : Screen, Place
 {
-    explicit Program(const QString &aopUrl = {})
+    explicit Program(const QString &aopUrl = {}) : Place(aopUrl)
     {
         QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|QML")));
-        QGuiApplication::setOrganizationName(QStringLiteral("Sarvane"));
-        QGuiApplication::setApplicationName(QStringLiteral("ZepGUI"));
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-        QDir::setCurrent(folder.path());
-        QSettings(QStringLiteral("config.ini"), QSettings::IniFormat) // a file; clazy:exclude=writing-to-temporary
-            .setValue("Prepass/aopWebRequestUrl", aopUrl);
         QSettings().setValue(QStringLiteral("firstVisit"), false);
         static const bool registered = (registerQmlTypes(), true);
         Q_UNUSED(registered)
@@ -165,7 +156,6 @@ struct Program : Screen
 
     TxManager *tx() const { return manager->tx(); }
 
-    QTemporaryDir folder;
     ScriptedPeer peer;
     QHash<QString, QStringList> answers;
     std::unique_ptr<QQmlApplicationEngine> engine;

@@ -74,7 +74,7 @@ private Q_SLOTS:
             const int before = list->property("count").toInt();
             for (int line = 0; line < count; ++line) {
                 // Rows of several heights, so that the end is not where an even height would put it.
-                log(QString("line %1 ").arg(line) + QString(line % 7 * 40, 'w'));
+                log(QString("line %1 ").arg(line) + QString(line % 7 * 40LL, 'w'));
             }
             QTRY_COMPARE(list->property("count").toInt(), before + count);
         };

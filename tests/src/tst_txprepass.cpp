@@ -95,7 +95,7 @@ private Q_SLOTS:
             QVERIFY(mkfifo(qPrintable(m_path), 0600) == 0);
         } else if (opened) {
             write({"A -700 00:10:00"});
-            QVERIFY(fault == "over" || QFile::resize(m_path, 200 * 1024 * 1024)); // takes no space on the disk
+            QVERIFY(fault == "over" || QFile::resize(m_path, 200LL * 1024 * 1024)); // takes no space on the disk
         }
         QSignalSpy completed(&tx, &TxManager::loadPrepassDataCompleted);
         QSignalSpy moved(&tx, &TxManager::nextPassIdxChanged);
@@ -107,7 +107,7 @@ private Q_SLOTS:
         const auto used = memory(); // KiB
         const QString chosen = QUrl::fromLocalFile(m_path).toString();
         tx.importPrepassData(chosen);
-        QVERIFY(memory() - used < 20 * 1024);
+        QVERIFY(memory() - used < 20L * 1024);
         QCOMPARE(completed.takeLast().at(0), opened ? error : error.arg(m_path));
         QCOMPARE(moved.count(), opened ? 1 : 0);
         QCOMPARE(tx.nextPassIdx(), opened ? 0 : 1);

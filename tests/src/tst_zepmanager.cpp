@@ -195,7 +195,6 @@ private Q_SLOTS:
     {
         QSignalSpy asked(m_manager, &ZepManager::userActionRequested);
         QObject::connect(m_manager, &ZepManager::userActionRequested, &asked, [this, &asked] {
-            // `asked` is the context, too; clazy:exclude=lambda-in-connect
             m_peer->say(asked.count() < 2 ? "RANGER -- SLEEP" : "RANGER -- BUTTON PUSHED");
         });
         m_manager->connect(ZepBoard::RANGER, m_peer->path(), u"Default"_s);

@@ -190,8 +190,9 @@ private Q_SLOTS:
         m_server.serve("500 Error", "");
         QList<bool> computing;
         QObject listener; // ends with what it keeps
-        connect(m_manager->tx(), &TxManager::computingSatelliteNextPassChanged, &listener,
-                [&] { computing << m_manager->tx()->computingSatelliteNextPass(); }); // clazy:exclude=lambda-in-connect
+        connect(m_manager->tx(), &TxManager::computingSatelliteNextPassChanged, &listener, [&] {
+            computing << m_manager->tx()->computingSatelliteNextPass(); // see above; clazy:exclude=lambda-in-connect
+        });
         answerAll({u"NEXTPASS"_s}, u"+ERROR=5"_s);
         for (const int option : {0, 1, 2}) {
             QTest::ignoreMessage(QtCriticalMsg, "Error: QNetworkReply::InternalServerError");

@@ -3,19 +3,21 @@
 
 #include "ScriptedSession.h"
 
+#include "Identity.h"
+
 #include <QDir>
 #include <QSettings>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
-ScriptedSession::Place::Place(const QString &aopUrl)
+Place::Place(const QString &aopUrl)
 {
     if (!folder.isValid()) {
         qFatal("no folder: %s", qPrintable(folder.errorString()));
     }
-    QCoreApplication::setOrganizationName(u"Sarvane"_s);
-    QCoreApplication::setApplicationName(u"ZepGUI"_s);
+    QCoreApplication::setOrganizationName(Identity::organization);
+    QCoreApplication::setApplicationName(Identity::name);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     QDir::setCurrent(folder.path());
     QSettings(u"config.ini"_s, QSettings::IniFormat) // a file; clazy:exclude=writing-to-temporary

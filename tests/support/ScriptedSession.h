@@ -8,6 +8,13 @@
 
 #include <QTemporaryDir>
 
+/// Settings and a working directory of a program's own. Stands before a ZepManager, which reads both when it is made.
+struct Place
+{
+    explicit Place(const QString &aopUrl);
+    QTemporaryDir folder;
+};
+
 /// A whole ZepManager on a pseudo terminal whose far end is scripted, with settings and a working directory of its
 /// own. The peer answers all that a session asks when it begins.
 struct ScriptedSession
@@ -20,12 +27,7 @@ struct ScriptedSession
     bool connectTo(ZepBoard::Module module, const QString &baudRate = QStringLiteral("Default"));
 
 private:
-    /// Stands first: the manager reads its settings and its configuration when it is made.
-    struct Place
-    {
-        explicit Place(const QString &aopUrl);
-        QTemporaryDir folder;
-    } m_place;
+    Place m_place;
 
 public:
     ScriptedPeer peer;

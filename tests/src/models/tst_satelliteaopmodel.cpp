@@ -132,7 +132,7 @@ private Q_SLOTS:
     void tenMebibytesMergeIntoTheirFewRows()
     {
         QByteArray satellites;
-        while (satellites.size() < 10 * 1024 * 1024) {
+        while (satellites.size() < 10LL * 1024 * 1024) {
             satellites += satellite("Name", QByteArray(1, static_cast<char>('A' + satellites.size() % 26))) + ',';
         }
         SatelliteAopModel model;
