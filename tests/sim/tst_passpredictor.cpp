@@ -30,7 +30,7 @@ PassCriteria from(double latitude, double longitude = 0, double minElevation = 0
 QList<Pass> passes(const Orbit &orbit, const PassCriteria &criteria, int hours)
 {
     const PassPredictor predictor(orbit, criteria);
-    const QDateTime until = noon.addSecs(hours * 3600);
+    const QDateTime until = noon.addSecs(hours * 3600LL);
     QList<Pass> list;
     for (auto pass = predictor.nextPass(noon, until); pass; pass = predictor.nextPass(list.last().end, until)) {
         list += *pass;
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QFETCH(Expected, expected);
         if (expected == none) {
             QCOMPARE(passes(orbit, criteria, 24 * 30).size(), 0);
-            QVERIFY(!PassPredictor(orbit, criteria).passAt(noon.addSecs(4 * 3600)));
+            QVERIFY(!PassPredictor(orbit, criteria).passAt(noon.addSecs(4 * 3600LL)));
             return;
         }
         const QList<Pass> found = passes(orbit, criteria, 4);
@@ -117,7 +117,7 @@ private Q_SLOTS:
     {
         const Orbit old{noon.addDays(-200), 204.118, -23.7431, 94.9021, 97.4612, 6891.72};
         const Orbit fresh = old.asOf(noon);
-        QVERIFY(fresh.nodeDate <= noon && fresh.nodeDate > noon.addSecs(-95 * 60));
+        QVERIFY(fresh.nodeDate <= noon && fresh.nodeDate > noon.addSecs(-95 * 60LL));
         const QList<Pass> expected = passes(old, from(43.5, 1.5, 5), 72);
         const QList<Pass> found = passes(fresh, from(43.5, 1.5, 5), 72);
         QCOMPARE(found.size(), expected.size());

@@ -276,7 +276,7 @@ struct Soak : QObject
         for (int tenth = 0, done = 0; tenth < 10; tenth = done) {
             for (done = tenth; done == tenth;) {
                 play(); // to its end, where the models hold the same each time
-                done = isShort ? 10 : int(std::min(clock.elapsed() / (minutes * 6000), qint64{10}));
+                done = isShort ? 10 : int(std::min(clock.elapsed() / (minutes * 6000LL), qint64{10}));
             }
             last = report("sessions");
             first = tenth == 0 && done < 10 ? last : first;
