@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 
 #include "Aborts.h"
+#include "Criticals.h"
 #include "PrepassModel.h"
 
 class PrepassModelTest : public QObject
@@ -26,19 +27,13 @@ class PrepassModelTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "Europe/Paris"); } // an hour is missing there on the day of the tables
+    void init() { failOnCritical(); }
 
     void wrongRowOrRoleEndsTheProgram()
     {
         PrepassModel model;
         model.addPrepass("A", {}, {}, 0, false);
-        const QModelIndex index = model.index(0);
-        const QByteArray source = "src/models/PrepassModel";
-        verifyAborts("role", source, "Invalid role value to access prepass model data",
-                     [&] { (void)model.data(index, PrepassModel::IsActiveRole + 1); });
-        verifyAborts("row", source, "Invalid index to access prepass model data", [&] {
-            model.removeAt(0);
-            (void)model.data(index, PrepassModel::SatelliteNameRole);
-        });
+        verifyBounds(model, "src/models/PrepassModel", "prepass");
     }
 
     void tableIsTakenOrRefused_data()
@@ -96,7 +91,7 @@ private Q_SLOTS:
         QBuffer file(&table);
         QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
         if (!reason.isEmpty()) {
-            QTest::ignoreMessage(QtCriticalMsg, reason);
+            expectCritical(reason);
         }
         QCOMPARE(model.loadFromCsv(file, QDateTime(QDate(2026, 3, 29), QTime(2, 20), Qt::UTC)), reason.isEmpty());
         QTEST(rowsOf(model), "rows");
@@ -109,7 +104,6 @@ private Q_SLOTS:
         QSignalSpy changed(&model, &PrepassModel::dataChanged);
         model.setIsActive(0, true);
         QVERIFY(model.setData(model.index(0), "B", PrepassModel::SatelliteNameRole));
-        QVERIFY(!model.setData(model.index(1), false, PrepassModel::IsActiveRole));
         QCOMPARE(changed.count(), 2);
         QCOMPARE(changed.at(1).at(2).value<QList<int>>(), QList<int>{PrepassModel::SatelliteNameRole});
         QVERIFY(model.getIsActive(0) && rowsOf(model) == "A|||0.00");
