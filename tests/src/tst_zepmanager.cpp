@@ -103,8 +103,12 @@ private Q_SLOTS:
         m_manager->setMode(mode);
         m_manager->tx()->setSelectedProfile(TxManager::PREPASS_ON_MODULE);
         // What another session may have left, and its end.
-        m_manager->serialPort()->configure(
-            {300, QSerialPort::Data7, QSerialPort::EvenParity, QSerialPort::TwoStop, QSerialPort::HardwareControl});
+        auto *port = m_manager->serialPort()->findChild<QSerialPort *>();
+        port->setBaudRate(300);
+        port->setDataBits(QSerialPort::Data7);
+        port->setParity(QSerialPort::EvenParity);
+        port->setStopBits(QSerialPort::TwoStop);
+        port->setFlowControl(QSerialPort::HardwareControl);
         m_manager->tx()->modulationModel()->setModulation(ModulationModel::HRZ);
         m_manager->tx()->applyUtcOffset(3600, false);
         const QSignalSpy listed(m_manager->serialPort(), &SerialPortManager::portListModelChanged);
@@ -115,7 +119,6 @@ private Q_SLOTS:
         QVERIFY(m_session->connectTo(module, baudRate));
         QStringList asked = m_peer->requests();
         QVERIFY2(time.elapsed() >= 10 * asked.size(), "the device gets no pause");
-        const auto *port = m_manager->serialPort()->findChild<QSerialPort *>();
         QCOMPARE(
             (QList<int>{port->baudRate(), port->dataBits(), port->parity(), port->stopBits(), port->flowControl()}),
             (QList<int>{portSpeed, 8, QSerialPort::NoParity, 1, QSerialPort::NoFlowControl}));
