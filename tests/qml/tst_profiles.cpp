@@ -55,11 +55,10 @@ private Q_SLOTS:
         periodic->setDelay(61);
         periodic->setPeriod(8);
         periodic->setRedundancy(9);
+        QCOMPARE(program.text("Period") + program.text("Payload interval") + program.text("Redundancy"), "6189");
         // What was good when it stood there alone is kept.
-        for (const auto &[field, known, typed, kept] : {std::tuple("Period", "61", "256", "61"),
-                                                        {"Payload interval", "8", "256", "25"},
-                                                        {"Redundancy", "9", "11", "1"}}) {
-            QCOMPARE(program.text(field), known);
+        for (const auto &[field, typed, kept] :
+             {std::tuple("Period", "256", "61"), {"Payload interval", "256", "25"}, {"Redundancy", "11", "1"}}) {
             program.enter(field, typed);
             QCOMPARE(program.text(field), typed);
             Q_EMIT program.tx()->sequenceRunningChanged();
