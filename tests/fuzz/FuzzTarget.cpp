@@ -113,8 +113,9 @@ bool Fuzz::Pump::event(QEvent *event)
     return true;
 }
 
-void Fuzz::runSequence(TxManager &tx, int minutes, const std::function<void()> &answer)
+void Fuzz::Bench::run(int minutes)
 {
+    const auto answer = [this] { tx.onTxDone(sent); };
     int turns = 0;
     const Pump pump([&] {
         if (turns++ > 0) { // the sequence itself spins the event loop, for the last answer

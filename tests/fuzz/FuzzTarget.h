@@ -9,7 +9,8 @@
 #include <QObject>
 #include <QString>
 
-class TxManager;
+#include "Logger.h"
+#include "TxManager.h"
 
 /// What a file target_<name>.cpp defines: works on one input, with objects of its own, and ends the process when what
 /// comes of it is wrong. The working directory is a folder of the process's own, with an empty store of settings, a
@@ -42,6 +43,19 @@ private:
     std::function<void()> m_onTurn;
 };
 
-/// Lets the sequence of \a tx go on, minute by minute; \a answer gives the device's answer to what it owes.
-void runSequence(TxManager &tx, int minutes, const std::function<void()> &answer);
+/// A TxManager whose device takes every payload.
+struct Bench
+{
+    /// Lets the sequence go on, minute by minute; the device confirms what it owes.
+    void run(int minutes);
+
+    Logger logger;
+    QString sent;
+    TxManager tx{&logger,
+                 [this](const QString &data, const Payload::Options &, bool) {
+                     sent = data;
+                     return true;
+                 },
+                 [](const Payload::Options &) {}};
+};
 } // namespace Fuzz

@@ -8,7 +8,6 @@
 #include "ZepManager.h"
 
 #include <QDir>
-#include <QStringListModel>
 
 void fuzzOne(const QByteArray &input)
 {
@@ -19,11 +18,6 @@ void fuzzOne(const QByteArray &input)
     Fuzz::write("config.ini", input);
     ZepManager manager(nullptr);
     manager.serialPort()->enumerate();
-    const QVariant ports = manager.serialPort()->property("portListModel");
-    const QStringList names = ports.value<QStringListModel *>()->stringList();
-    for (const QString &name : names) {
-        Fuzz::require(!name.isEmpty() && name == name.trimmed(), "a port without a name");
-    }
     for (int modulation = 0; modulation < ModulationModel::MODULATION_LAST; ++modulation) {
         manager.tx()->changeModulationRadioConfiguration(static_cast<ModulationModel::Modulation>(modulation));
     }

@@ -7,9 +7,7 @@
 #include <QDir>
 
 #include "FuzzTarget.h"
-#include "Logger.h"
 #include "PrepassModel.h"
-#include "TxManager.h"
 
 namespace {
 
@@ -32,26 +30,19 @@ void followTable(const QByteArray &input)
 {
     const QString path = QDir::current().filePath("passes.csv");
     Fuzz::write(path, input);
-    QString sent;
-    Logger logger;
-    TxManager tx(
-        &logger,
-        [&sent](const QString &data, const Payload::Options &, bool) {
-            sent = data;
-            return true;
-        },
-        [](const Payload::Options &) {});
+    Fuzz::Bench bench;
+    TxManager &tx = bench.tx;
     tx.addPayloadItem("00AA11BB");
     tx.addPayloadItem("C0FFEE00");
     tx.setSelectedProfile(TxManager::PREPASS);
     tx.importPrepassData(path);
     tx.start(2);
-    Fuzz::runSequence(tx, 30, [&] { tx.onTxDone(sent); });
+    bench.run(30);
     tx.setCustomUtcTime("2026-01-08T09:59:00Z"); // reads the table again
-    Fuzz::runSequence(tx, 30, [&] { tx.onTxDone(sent); });
+    bench.run(30);
     tx.stop();
     tx.clearPrepassData();
-    Fuzz::runSequence(tx, 1, [&] { tx.onTxDone(sent); });
+    bench.run(1);
 }
 
 } // namespace

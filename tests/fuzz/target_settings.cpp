@@ -4,27 +4,13 @@
 // The store of the user's settings: read, used for a sequence, written, and read again.
 
 #include "FuzzTarget.h"
-#include "Logger.h"
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
 #include "PrepassProfile.h"
-#include "TxManager.h"
 
 #include <QDebug>
 
 namespace {
-
-struct Bench
-{
-    Logger logger;
-    QString sent;
-    TxManager tx{&logger,
-                 [this](const QString &data, const Payload::Options &, bool) {
-                     sent = data;
-                     return true;
-                 },
-                 [](const Payload::Options &) {}};
-};
 
 /// All that a store keeps, but for the path of the pass table.
 QString kept(const TxManager &tx)
@@ -50,16 +36,16 @@ void fuzzOne(const QByteArray &input)
     Fuzz::write(Fuzz::settingsFile(), input);
     QString before;
     {
-        Bench first;
+        Fuzz::Bench first;
         Fuzz::readAll(&first.tx);
         before = kept(first.tx);
         first.tx.saveSettings();
         if (first.tx.payloadListModel()->rowCount() > 0) { // as the views ask for
             first.tx.start(2);
-            Fuzz::runSequence(first.tx, 20, [&first] { first.tx.onTxDone(first.sent); });
+            first.run(20);
             first.tx.stop();
         }
     }
-    const Bench second;
+    const Fuzz::Bench second;
     Fuzz::require(kept(second.tx) == before, "the settings that were saved are not those that were read");
 }

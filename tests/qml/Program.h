@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Criticals.h"
 #include "QmlTypes.h"
 #include "ScriptedSession.h"
 
@@ -93,12 +94,12 @@ struct Screen
 };
 
 /// The real window on the real ZepManager, in a folder of its own; a scripted device stands at the far end of the line.
-/// It says "+OK" to whatever \c answers does not hold. An error in a QML file fails the test.
+/// It says "+OK" to whatever \c answers does not hold. A critical message that is not expected, or an error in a QML
+/// file, fails the test.
 struct Program : Screen, Place
 {
     explicit Program(const QString &aopUrl = {}) : Place(aopUrl)
     {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|QML")));
         QSettings().setValue(QStringLiteral("firstVisit"), false);
         static const bool registered = (registerQmlTypes(), true);
         Q_UNUSED(registered)
@@ -160,4 +161,21 @@ struct Program : Screen, Place
     QHash<QString, QStringList> answers;
     std::unique_ptr<QQmlApplicationEngine> engine;
     ZepManager *manager = nullptr;
+};
+
+/// A test with a program, and the short way to what it shows.
+class ProgramTest : public QObject
+{
+protected:
+    QQuickItem *find(const QString &name, const QQuickItem *in = nullptr) const
+    {
+        return m_ui->find(name, "visible", in);
+    }
+    void click(const QString &name) const { m_ui->click(name); }
+    void clickOn(const QQuickItem *item) const
+    {
+        QTest::mouseClick(m_ui->window, Qt::LeftButton, {}, Screen::centre(item));
+    }
+
+    std::unique_ptr<Program> m_ui;
 };

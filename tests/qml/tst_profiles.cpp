@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "LoRaConnectivity.h"
+#include "PeriodicProfile.h"
 #include "Program.h"
 #include "TxManager.h"
 
@@ -50,10 +51,62 @@ private Q_SLOTS:
     {
         Program program;
         program.connectTo(ZepBoard::ZEP1);
-        program.enter("Redundancy", "11");
-        QCOMPARE(program.text("Redundancy"), "11");
-        Q_EMIT program.tx()->sequenceRunningChanged();
-        QCOMPARE(program.text("Redundancy"), "1"); // which was good when it stood there alone
+        PeriodicProfile *periodic = program.tx()->periodicProfile();
+        periodic->setDelay(61);
+        periodic->setPeriod(8);
+        periodic->setRedundancy(9);
+        QCOMPARE(program.text("Period") + program.text("Payload interval") + program.text("Redundancy"), "6189");
+        // What was good when it stood there alone is kept.
+        for (const auto &[field, typed, kept] :
+             {std::tuple("Period", "256", "61"), {"Payload interval", "256", "25"}, {"Redundancy", "11", "1"}}) {
+            program.enter(field, typed);
+            QCOMPARE(program.text(field), typed);
+            Q_EMIT program.tx()->sequenceRunningChanged();
+            QCOMPARE(program.text(field), kept);
+        }
+        program.enter("Period", "70");
+        QCOMPARE((QList<int>{periodic->delay(), periodic->period(), periodic->redundancy()}), (QList<int>{70, 25, 1}));
+    }
+
+    void modulationIsSentAndShownAsTheModuleReportsIt()
+    {
+        Program program;
+        program.stop(); // it looks for the blocks when it begins
+        QVERIFY(QDir().mkpath("res/rconf"));
+        for (const auto &[name, content] : {std::pair("res/rconf/radio_conf_1_2_3_HRZ.bin", "0123456789abcdeZ"),
+                                            {"chosen.bin", "0123456789abcdef"}}) {
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == 16);
+        }
+        program.start();
+        const auto shown = [&program](const char *modulation, const char *range, const char *power, const char *size) {
+            const auto *box = program.find("Modulation", "currentIndex");
+            return box->property("displayText") == modulation &&
+                   program.find(QString("Modulation: %1").arg(modulation)) &&
+                   program.find(QString("Frequency: %1 Hz").arg(range)) &&
+                   program.find(QString("Power: %1 dBm").arg(power)) &&
+                   program.find(QString("TX payloads length must be %1 bytes").arg(size));
+        };
+        program.answers = {{"AT+RCONF=?", {"+RCONF=399900000,401600000,27,HRA2"}}};
+        program.connectTo(ZepBoard::TBX);
+        program.click("Modulation");
+        QVERIFY(shown("HRA2", "399900000 - 401600000", "27", "4, 8, 12, 16, 20, 24"));
+
+        program.find("Modulation", "currentIndex")->setProperty("currentIndex", ModulationModel::HRZ);
+        program.answers["AT+RCONF=?"] = {"+RCONF=1,2,3,SHRA4"};
+        program.click("Apply chosen modulation");
+        QCOMPARE(program.peer.requests().join(' '), "AT+RCONF=3031323334353637383961626364655A AT+RCONF=?");
+        QVERIFY(shown("SHRA4", "1 - 2", "3", "3"));
+
+        Screen::evaluate(program.find("Apply chosen modulation"),
+                         "fileDialog.currentFolder = 'file://" + program.folder.path() + "'");
+        program.answers["AT+RCONF=30313233343536373839616263646566"] = {"+ERROR=5"};
+        QSignalSpy log(program.manager->logger(), &Logger::logCreated);
+        program.click("Upload your radio configuration from binary file");
+        program.click("chosen.bin");
+        program.click("Open");
+        QTRY_VERIFY(!log.isEmpty() && log.last().at(0).toString().endsWith("Cannot set radio configuration!"));
+        QCOMPARE(program.peer.requests().constLast(), "AT+RCONF=30313233343536373839616263646566");
     }
 
     void loraSettingsAreReadEditedAndKept()
@@ -90,6 +143,11 @@ private Q_SLOTS:
         program.click("Set parameter(s) in module");
         QCOMPARE(program.tx()->loraConfig()->appEui(), "0123456789abcdef");
         QVERIFY(program.find("01 23 45 67 89 ab cd ef "));
+        program.click("Update App Key");
+        program.enter("App Key", "00112233445566778899aabbccddeeff");
+        program.click("Set parameter(s) in module");
+        QCOMPARE(program.tx()->loraConfig()->appKey(), "00112233445566778899aabbccddeeff");
+        QCOMPARE(program.tx()->loraConfig()->appEui(), "0123456789abcdef");
 
         program.manager->disconnect();
         program.answers["AT+FW=?"] = {"+FW=1,SW1.3.9"};

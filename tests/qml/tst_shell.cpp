@@ -10,14 +10,12 @@ using namespace Qt::StringLiterals;
 const QString wakeUp = u"Please press wake up button"_s;
 
 // The real window on the real ZepManager, used by mouse; a scripted device stands at the far end of the line.
-class TestShell : public QObject
+class TestShell : public ProgramTest
 {
     Q_OBJECT
 
-    [[nodiscard]] QQuickItem *find(const QString &name) const { return m_ui->find(name); }
     [[nodiscard]] QString page() const { return m_ui->bar()->state(); }
     [[nodiscard]] QObject *settings() const { return m_ui->singleton("Settings", "Settings"); }
-    void click(const QString &name) const { m_ui->click(name); }
 
     [[nodiscard]] QQuickWindow *secondaryWindow() const
     {
@@ -50,8 +48,6 @@ class TestShell : public QObject
         QTRY_COMPARE(page(), u"dashboardPage"_s);
     }
 
-    std::unique_ptr<Program> m_ui;
-
 private Q_SLOTS:
     void init() { m_ui = std::make_unique<Program>(); }
     void cleanup() { m_ui.reset(); }
@@ -65,8 +61,12 @@ private Q_SLOTS:
             m_ui->stop();
             QSettings().setValue(u"windowWidth"_s, width);
             QSettings().setValue(u"windowHeight"_s, height);
+            QSettings().setValue(u"mode"_s, width);
+            QSettings().setValue(u"module"_s, height);
             m_ui->start();
             QCOMPARE(m_ui->window->size(), size);
+            QCOMPARE(settings()->property("mode").toInt(), int(ZepManager::BASIC));
+            QCOMPARE(settings()->property("module").toInt(), int(ZepBoard::ZEP1));
         }
     }
 
@@ -91,15 +91,18 @@ private Q_SLOTS:
         m_ui->peer.say("RANGER -- SLEEP");
         QTRY_VERIFY(!m_ui->manager->board()->isAwake());
 
+        expectCritical(QRegularExpression(u"^Unable to identify Ranger firmware"_s)); // which stays unanswered
         onceShown(u"Request ZEP info"_s, [&] { click(u"Request ZEP info"_s); });
         onceShown(wakeUp, [&] { m_ui->window->close(); });
-        QTimer::singleShot(5000, m_ui->window, [] { QCoreApplication::exit(1); });
+        QTimer::singleShot(30000, m_ui->window, [] { QCoreApplication::exit(1); });
         QCOMPARE(QCoreApplication::exec(), 0);
     }
 
     void failedConnectionIsToldPlainlyAndForgotten()
     {
         const QString port = u"/dev/<b>none</b>"_s;
+        expectCritical("DeviceNotFoundError: No such file or directory");
+        expectCritical(qPrintable("Unable to open port %1 No such file or directory"_L1.arg(port)));
         m_ui->manager->serialPort()->ports()->setStringList({port});
         click(u"ZEP2"_s);
         click(u"Connect"_s);
@@ -170,7 +173,7 @@ private Q_SLOTS:
         click(u"Disconnect"_s);
         // A transmission that is not answered is waited for; the dialog stays and cannot be pressed again.
         m_ui->manager->tx()->setAckPending(true);
-        QTimer::singleShot(500, m_ui->manager, [this] {
+        onceShown(u"Disconnecting"_s, [this] {
             QVERIFY(find(u"Disconnect ZEP1?"_s));
             QVERIFY(!find(u"OK"_s)->isEnabled());
             m_ui->manager->tx()->setAckPending(false);

@@ -42,6 +42,7 @@ class PrepassProfileTest : public QObject
     QTemporaryDir m_folder;
     HttpServer m_server;
     std::unique_ptr<PrepassProfile> m_profile;
+    QtMessageHandler m_handler = nullptr;
 
     void configure(const QString &url)
     {
@@ -69,10 +70,11 @@ private Q_SLOTS:
         QDir::setCurrent(m_folder.path());
         m_server.requests.clear();
         printed.clear();
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { printed << text; });
+        m_handler =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { printed << text; });
     }
 
-    void cleanup() { qInstallMessageHandler(nullptr); }
+    void cleanup() { qInstallMessageHandler(m_handler); }
 
     void badAnswerIsToldWithoutThePassword()
     {
@@ -88,7 +90,7 @@ private Q_SLOTS:
             time.start();
             QCOMPARE(download(), error);
             // A timer may be five percent off.
-            QVERIFY(!body.isNull() || (time.elapsed() >= 4700 && time.elapsed() < 6500));
+            QVERIFY(!body.isNull() || (time.elapsed() >= 4700 && time.elapsed() < 10000));
             QCOMPARE(m_server.requests.takeLast(), "GET /path?login=LLL&password=PPP&application=a HTTP/1.1");
             QCOMPARE(printed.join(' '), message);
             printed.clear();
@@ -164,7 +166,7 @@ private Q_SLOTS:
             QTimer::singleShot(300, this, &QCoreApplication::quit);
             QCoreApplication::exec();
             QCOMPARE(error, c_fetchError);
-            QVERIFY(time.elapsed() < 2000);
+            QVERIFY(time.elapsed() < 4500); // sooner than without
         }
         QCOMPARE(m_server.requests.count(), 2);
     }

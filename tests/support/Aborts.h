@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QProcess>
+#include <QStringListModel>
 #include <QTest>
 
 /// Fails the test unless \a what aborts the program with the assertion \a text of \a source. It runs in a child, which
@@ -27,4 +28,18 @@ void verifyAborts(const QString &name, const QByteArray &source, const QByteArra
     QVERIFY2(child.waitForFinished() && child.exitStatus() == QProcess::CrashExit, qPrintable(name));
     const QByteArray printed = child.readAll();
     QVERIFY2(printed.contains(" in " + source + ": ") && printed.contains("&& \"" + text + '"'), printed);
+}
+
+/// Fails the test unless \a model, which is called \a name in what \a source asserts, refuses to write outside of its
+/// rows, and aborts the program when it is read there or in a role that it does not know.
+template <typename Model> void verifyBounds(Model &model, const QByteArray &source, const QByteArray &name)
+{
+    const QStringListModel longer(QStringList(model.rowCount() + 1)); // the model gives no index past its own end
+    const QByteArray access = " to access " + name + " model data";
+    for (const QModelIndex &outside : {QModelIndex(), longer.index(model.rowCount())}) {
+        QVERIFY(!model.setData(outside, true, Qt::UserRole + 1));
+        verifyAborts(outside.isValid() ? "row behind" : "row before", source, "Invalid index" + access,
+                     [&] { (void)model.data(outside, Qt::UserRole + 1); });
+    }
+    verifyAborts("role", source, "Invalid role value" + access, [&] { (void)model.data(model.index(0), 264); });
 }

@@ -3,6 +3,7 @@
 
 #include "ScriptedSession.h"
 
+#include "Criticals.h"
 #include "Identity.h"
 
 #include <QDir>
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 
 Place::Place(const QString &aopUrl)
 {
+    failOnCritical();
     if (!folder.isValid()) {
         qFatal("no folder: %s", qPrintable(folder.errorString()));
     }
@@ -36,15 +38,12 @@ ScriptedSession::ScriptedSession(const QString &aopUrl) : m_place(aopUrl), peer(
              {u"AT+ATXFRQ=?"_s, u"+ATXFRQ=401650000"_s},
              {u"AT+PWR=?"_s, u"+PWR=1000"_s},
              {u"AT+ATXRP=0"_s, u"+OK"_s},
-             {u"AT+UDATE=*"_s, u"+OK"_s},
              {u"AT+TXFIFO="_s, u"+OK"_s},
          }) {
         peer.answer(request, {answer});
     }
-    for (const QString &word : u"PREPASS_EN ZEP_REDUN LORA_EN LORA_REDUN LORA_DEUI LORA_AEUI LORA_AKEY LORA_ACK "
-                               u"ALRT_LIGHT ALRT_ACC ALRT_DRYC "
-                               "ALRT_PB PACQ_SENS ALRT_SENS PACQ POS AOP PREPASS_CFG"_s.split(u' ')) {
-        peer.answer("AT+"_L1 + word + "=*"_L1, {u"+OK"_s}); // the configuration of a Ranger
+    for (const QString &word : questionsToARanger().split(u' ')) {
+        peer.answer("AT+"_L1 + word + "=*"_L1, {u"+OK"_s});
     }
     QObject::connect(manager.logger(), &Logger::logCreated, &manager,
                      [this](const QString &line) { log << line.section(u"] "_s, 1); });
@@ -59,4 +58,10 @@ bool ScriptedSession::connectTo(ZepBoard::Module module, const QString &baudRate
     }
     manager.connect(module, peer.path(), baudRate);
     return connected.count() == 1;
+}
+
+QString ScriptedSession::questionsToARanger()
+{
+    return u"PREPASS_EN UDATE ZEP_REDUN LORA_EN LORA_REDUN LORA_DEUI LORA_AEUI LORA_AKEY LORA_ACK ALRT_LIGHT ALRT_ACC "
+           "ALRT_DRYC ALRT_PB PACQ_SENS ALRT_SENS PACQ POS AOP PREPASS_CFG"_s;
 }

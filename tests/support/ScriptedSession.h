@@ -16,7 +16,8 @@ struct Place
 };
 
 /// A whole ZepManager on a pseudo terminal whose far end is scripted, with settings and a working directory of its
-/// own. The peer answers all that a session asks when it begins.
+/// own. The peer answers all that a session asks when it begins. A critical message that is not expected fails the
+/// test.
 struct ScriptedSession
 {
     /// \a aopUrl is the address of the bulletins; empty leads nowhere.
@@ -25,6 +26,9 @@ struct ScriptedSession
     /// Whether a session with a board of that kind came about. The wake-up button of a Ranger is pressed when asked
     /// for.
     bool connectTo(ZepBoard::Module module, const QString &baudRate = QStringLiteral("Default"));
+
+    /// The words by which the configuration of a Ranger is read, in order and separated by blanks.
+    static QString questionsToARanger();
 
 private:
     Place m_place;

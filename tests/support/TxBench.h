@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include "Criticals.h"
 #include "Logger.h"
 #include "PayloadModel.h"
 #include "PeriodicProfile.h"
@@ -22,6 +23,7 @@ struct TxBench
 {
     TxBench()
     {
+        failOnCritical();
         QCoreApplication::setOrganizationName("zepgui-tests");
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         QDir::setCurrent(folder.path());
@@ -39,8 +41,8 @@ struct TxBench
                 duringRequest();
                 return accept;
             },
-            [this](const Payload::Options &) {
-                sent << "nextpass";
+            [this](const Payload::Options &options) {
+                sent << (options.optionAck ? "nextpass+ack" : "nextpass");
                 duringNextPass();
             });
         scheduleTimer = manager->findChild<QTimer *>("scheduleTimer");
@@ -61,7 +63,7 @@ struct TxBench
     QTemporaryDir folder;
     Logger logger;
     QStringList log;
-    QStringList sent; // messages, "flush" and "nextpass"
+    QStringList sent; // messages, "flush", and "nextpass" or "nextpass+ack"
     Payload::Options lastOptions;
     std::function<void()> duringRequest = [] {};
     std::function<void()> duringNextPass = [] {};
