@@ -9,8 +9,6 @@
 #include "Zep2.h"
 
 #include <QElapsedTimer>
-#include <QMetaEnum>
-#include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
@@ -135,41 +133,6 @@ private Q_SLOTS:
         QCOMPARE(m_codec.buildRequest(AtCmdHandler::ID, {}), "AT+ID=?\r\n");
         QCOMPARE(m_codec.buildRequest(AtCmdHandler::RST, {QString()}), "AT+RST=\r\n");
         QCOMPARE(m_codec.buildRequest(AtCmdHandler::PWR, {u"1"_s, QString(), u"\u00e9"_s}), "AT+PWR=1,,\xe9\r\n");
-    }
-
-    // A word that is misspelt in a pattern leaves the whole empty, and what is shown of it.
-    void patternsNameTheirCommand()
-    {
-        for (const auto &patterns : m_patterns) {
-            for (auto entry = patterns.cbegin(); entry != patterns.cend(); ++entry) {
-                const char *const word = QMetaEnum::fromType<AtCmdHandler::CmdId>().valueToKey(entry.key());
-                const bool nameless = entry.key() == AtCmdHandler::OK || entry.key() == AtCmdHandler::ALRT_LIGHT;
-                QVERIFY2(nameless != QRegularExpression(entry.value()).namedCaptureGroups().contains(QString(word)),
-                         word);
-            }
-        }
-    }
-
-    void firmwareWithLoRa()
-    {
-        Ranger ranger(nullptr, 115200);
-        ZepBoard &board = ranger; // as the session calls it
-        QSignalSpy changed(&board, &ZepBoard::loraStackIntegratedChanged);
-        for (const auto &[firmware, hasLora] : {std::pair(u"1,SW1.4.0"_s, true),
-                                                {u"12,SW2.0.0"_s, true},
-                                                {u"1,SW1x4y0"_s, true},
-                                                {u"1,SW1.3.9"_s, false},
-                                                {u"1,SW0.9.9"_s, false},
-                                                {u"SW1.4.0"_s, false},
-                                                {u"1,SW1.10.0"_s, false}}) {
-            board.setFirmwareVersion(u"1,SW1.4.0"_s); // what was true must not stay so
-            if (firmware.startsWith(u'S') || firmware.contains("10"_L1)) {
-                expectCritical("Unable to identify Ranger firmware version and detect LoRa connectivity status");
-            }
-            board.setFirmwareVersion(firmware);
-            QVERIFY2(board.loraStackIntegrated() == hasLora, qPrintable(firmware));
-        }
-        QCOMPARE(changed.count(), 14);
     }
 
 private:
