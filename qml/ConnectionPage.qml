@@ -192,6 +192,7 @@ Item {
 
             Accessible.name: qsTr("Connecting")
             Layout.alignment: Qt.AlignHCenter
+            contentItem.visible: running // its fading out stands still behind another page, and would turn unseen for ever
             running: false
         }
     }

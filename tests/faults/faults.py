@@ -374,6 +374,7 @@ def connected(session, operation, fault):
 def disconnected(session, operation, fault):
     """Whatever the device says to it, the session ends. What is late meets the first request of the next."""
     session.window.wait_for("Connect", seconds=operation.timeout + 20)
+    session.check_idle()  # the page of connections, too
     session.connect(session.struck + operation.timeout + operation.late / 1000 - 0.6 if fault.name == "late" else 0)
 
 
