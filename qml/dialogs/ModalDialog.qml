@@ -6,11 +6,12 @@ import QtQuick.Controls
 import QtQuick.Controls.Material
 import "../types" as T
 
-/// A modal dialog no wider than its window. The title may come from outside the program, so it is never taken for
-/// rich text. Its Ok button has the focus, or else its Cancel button.
+/// A modal dialog no wider than its window, and inside it wherever its parent stands. The title may come from outside
+/// the program, so it is never taken for rich text. Its Ok button has the focus, or else its Cancel button.
 Dialog {
     id: root
 
+    margins: padding
     modal: true
     width: Overlay.overlay ? Math.min(implicitWidth, Overlay.overlay.width - 2 * padding) : implicitWidth
 

@@ -247,7 +247,7 @@ def be_in_a_pass(session):
 def load_radio(session, _strike):
     session.press("Upload your radio configuration from binary file")
     session.window.wait_text("Please choose your radio configuration binary file")
-    (session.stage.work / "radio.bin").write_bytes(next((ROOT / "sim/rconf").glob("*.bin")).read_bytes())
+    (session.stage.work / "radio.bin").write_bytes(next((ROOT / "sim/rconf").glob("*_HRA2.bin")).read_bytes())
     Tour.open_file(session, "radio.bin")
 
 
@@ -382,11 +382,12 @@ OPERATIONS = [
               prepare=know_satellites, **PREDICTS),
     Operation("next pass", PREDICTING, "AT+NEXTPASS=?", press("Get next pass"), ("Unable to get satellite next pass",),
               "+NEXTPASS=", 15, **PREDICTS),
-    read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: ", then="AT+UDATE=?"),
+    read("get configuration", ("ranger",), "PREPASS_EN", PROFILE, "Configuration: ", then="AT+UDATE=?",
+         turning=True),
     Operation("upload", ("ranger",), "AT+ALRT_LIGHT=", press("Upload config"), ("Unable to set sensor alert on {name}",),
-              restarts=True, then="AT+ALRT_ACC=", ended_by=FAILURE, restore=not_ending),
-    Operation("export", ("ranger",), "", save, told=("Config exported successfully!",), finish=saved),
-    Operation("import", ("ranger",), "", load, told=("Config imported successfully!",)),
+              restarts=True, turning=True, then="AT+ALRT_ACC=", ended_by=FAILURE, restore=not_ending),
+    Operation("export", ("ranger",), "", save, turning=True, told=("Config exported successfully!",), finish=saved),
+    Operation("import", ("ranger",), "", load, turning=True, told=("Config imported successfully!",)),
     Operation("import passes", TRANSMITTING, "", import_passes, turning=True),
     Operation("export log", ALL, "", export_log, finish=log_exported),
     Operation("start", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",), finish=started,

@@ -52,6 +52,19 @@ private Q_SLOTS:
     void init() { m_ui = std::make_unique<Program>(); }
     void cleanup() { m_ui.reset(); }
 
+    void errorOfASequenceCanBeAnswered()
+    {
+        Program &program = *m_ui;
+        program.connectTo(ZepBoard::ZEP1);
+        Q_EMIT program.tx()->txErrorOccured(QString("a line of an error ").repeated(6) + "\r\nanother\r\nand another");
+        QTRY_VERIFY(program.find("OK"));
+        const QQuickItem *button = program.find("OK");
+        const QRectF place = button->mapRectToScene(button->boundingRect());
+        QVERIFY2(QRectF(QPointF(), button->window()->size()).contains(place), "beyond the edge of the window");
+        program.click("OK");
+        QTRY_VERIFY(!program.find("OK"));
+    }
+
     void unusableWindowSizeIsReplaced()
     {
         for (const auto &[width, height, size] : {std::tuple(QVariant(), QVariant(), QSize(1350, 850)), // a first start
