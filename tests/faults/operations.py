@@ -296,7 +296,7 @@ def save(session, strike):
     session.press("Export configuration")
     session.window.wait_text("Export config to file...")
     if not strike():
-        Tour.save_file_as(session, "device.conf")  # behind the name of the export before
+        Tour.save_file_as(session, "device.conf")
 
 
 def saved(session):

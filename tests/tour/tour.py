@@ -103,6 +103,7 @@ class Tour:
         label = next(i for i, node in enumerate(nodes) if node.get_name() == "File name")
         field = next(node for node in nodes[label:] if node.get_role_name() == "text")
         self.window.click_node(field)
+        self.window.key("ctrl+a")  # the name of the time before
         self.window.type(name)  # the dialog starts in the working directory when there is no documents folder
         self.window.key("Tab")  # leaving the field is what names the file
         self.window.click("Save")
