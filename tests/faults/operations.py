@@ -195,12 +195,17 @@ def not_ending(session):
         session.connect()
 
 
+def lose_a_result(session):
+    """The next Tx is acknowledged, but the device does not know of it."""
+    session.console("when AT+TX= mute 1")
+    session.console("when AT+TX= say +OK")
+
+
 def transmit(session, strike):
     """The fault strikes the result of the first Tx, behind its acknowledgement."""
     fault = session.fault.name
-    if fault in ("no answer", "late", "unsolicited"):  # the device does not know of it, and has no result
-        session.console("when AT+TX= mute 1")
-        session.console("when AT+TX= say +OK")
+    if fault in ("no answer", "late", "unsolicited"):
+        lose_a_result(session)
     elif fault == "error":
         session.console("tx-error 1")
     session.press("Start")
@@ -218,8 +223,7 @@ def transmitted(session):
 
 
 def owe_a_result(session):
-    session.console("when AT+TX= mute 1")
-    session.console("when AT+TX= say +OK")
+    lose_a_result(session)
     session.press("Start")
     session.window.wait_text("Waiting for ACK...")
 
@@ -251,18 +255,27 @@ def load_radio(session, _strike):
     Tour.open_file(session, "radio.bin")
 
 
-def export_log(session, strike):
-    for file in session.stage.work.glob("*session.log"):
-        file.unlink()
-    session.press("Export logs/AT commands")
-    session.window.wait_text("Export logs to file...")
-    if not strike():
-        Tour.save_file_as(session, "session.log")
+def write_file(button, title, name):
+    """By the button's dialog; the file may get another beginning than the name."""
+    def act(session, strike):
+        for file in session.stage.work.glob("*" + name):
+            file.unlink()
+        session.press(button)
+        session.window.wait_text(title)
+        if not strike():
+            Tour.save_file_as(session, name)
+
+    return act
+
+
+def written(session, name):
+    text, = (file.read_text() for file in session.stage.work.glob("*" + name))
+    return text
 
 
 def log_exported(session):
     """All that was logged when it was asked for, up to the request of the probe."""
-    text, = (file.read_text() for file in session.stage.work.glob("*session.log"))
+    text = written(session, "session.log")
     exported, log = text.splitlines(), session.log()
     if exported != log[:len(exported)] or not log[len(exported)].endswith("[APP] AT+ID=?"):
         raise AssertionError(f"the file is not whole: {text}")
@@ -290,17 +303,8 @@ def disconnect(session, strike):
         session.press("OK")
 
 
-def save(session, strike):
-    for file in session.stage.work.glob("*device.conf"):
-        file.unlink()
-    session.press("Export configuration")
-    session.window.wait_text("Export config to file...")
-    if not strike():
-        Tour.save_file_as(session, "device.conf")
-
-
 def saved(session):
-    text, = (file.read_text() for file in session.stage.work.glob("*device.conf"))
+    text = written(session, "device.conf")
     if not text.endswith("AT+RST=\n"):
         raise AssertionError(f"the file is not whole: {text}")
 
@@ -386,10 +390,13 @@ OPERATIONS = [
          turning=True),
     Operation("upload", ("ranger",), "AT+ALRT_LIGHT=", press("Upload config"), ("Unable to set sensor alert on {name}",),
               restarts=True, turning=True, then="AT+ALRT_ACC=", ended_by=FAILURE, restore=not_ending),
-    Operation("export", ("ranger",), "", save, turning=True, told=("Config exported successfully!",), finish=saved),
+    Operation("export", ("ranger",), "",
+              write_file("Export configuration", "Export config to file...", "device.conf"), turning=True,
+              told=("Config exported successfully!",), finish=saved),
     Operation("import", ("ranger",), "", load, turning=True, told=("Config imported successfully!",)),
     Operation("import passes", TRANSMITTING, "", import_passes, turning=True),
-    Operation("export log", ALL, "", export_log, finish=log_exported),
+    Operation("export log", ALL, "", write_file("Export logs/AT commands", "Export logs to file...", "session.log"),
+              finish=log_exported),
     Operation("start", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",), finish=started,
               restore=not_ending, then="AT+TX=", ended_by=SEQUENCE),
     Operation("start in a pass", TRANSMITTING, "AT+ATXRP=0", press("Start"), ("Unable to write Tx command",),
