@@ -3,6 +3,7 @@
 
 #include "Logger.h"
 
+#include "Clock.h"
 #include "LocalPath.h"
 #include "ProcessLog.h"
 
@@ -42,7 +43,7 @@ Logger::Logger(QObject *parent) : QObject(parent) {}
 
 void Logger::log(Source source, const QString &message)
 {
-    const QString time = QDateTime::currentDateTimeUtc().addSecs(m_utcOffsetSeconds).toString(u"hh:mm:ss:zzz");
+    const QString time = Clock::current()->utcNow().addSecs(m_utcOffsetSeconds).toString(u"hh:mm:ss:zzz");
     const QLatin1String name(QMetaEnum::fromType<Source>().valueToKey(source));
     const QString line = u'[' + time + "] ["_L1 + name + "] "_L1 + message;
     Q_EMIT logCreated(line.trimmed());

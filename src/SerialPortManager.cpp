@@ -135,9 +135,9 @@ void SerialPortManager::onSerialPortError(QSerialPort::SerialPortError error)
 
 void SerialPortManager::onLineLost()
 {
-    if (!m_lineLost) {
+    if (!m_lineLost || !m_port->isOpen()) {
         return; // closed in the meantime, and maybe opened again
     }
-    close();
+    m_port->close();
     Q_EMIT serialError(u"The evaluation kit is not reachable, it may have been unplugged"_s);
 }

@@ -11,7 +11,8 @@
 #include <QtQmlIntegration>
 
 /// Owns the serial port and moves lines, of whatever content: lists the ports, opens one, writes bytes, and cuts what
-/// arrives into trimmed lines. There is one for the life of the program.
+/// arrives into trimmed lines. There is one for the life of the program. What is virtual is so for a test that has no
+/// port.
 class SerialPortManager : public QObject
 {
     Q_OBJECT
@@ -31,11 +32,13 @@ public:
     void configure(const PortSettings &settings);
     /// Opens a port for reading and writing; what waited in it is thrown away. On failure serialError() tells the
     /// user, the process log why. False without a word if a port is open already.
-    [[nodiscard]] bool open(const QString &portName);
+    [[nodiscard]] virtual bool open(const QString &portName);
     /// Hands the bytes to the port. Whether they arrive only an answer can tell; a refusal goes to the process log.
-    void write(const QByteArray &data);
-    void close();
-    [[nodiscard]] bool isOpen() const { return m_port->isOpen(); }
+    virtual void write(const QByteArray &data);
+    virtual void close();
+    [[nodiscard]] virtual bool isOpen() const { return m_port->isOpen(); }
+    /// Whether the port was closed because the line is lost. True from serialError() until the next open() or close().
+    [[nodiscard]] virtual bool isLineLost() const { return m_lineLost && !m_port->isOpen(); }
 
 Q_SIGNALS:
     void portListModelChanged();

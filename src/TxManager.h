@@ -10,6 +10,7 @@
 #include <QSettings>
 #include <QtQmlIntegration>
 
+#include "Clock.h"
 #include "ModulationModel.h"
 #include "Payload.h"
 
@@ -218,7 +219,7 @@ private:
     Logger *m_logger;
     RequestTxCallback m_requestTxCallback;
     GetSatelliteNextPassCallback m_getSatelliteNextPassCallback;
-    QDateTime m_utcTime = QDateTime::currentDateTimeUtc();
+    QDateTime m_utcTime = Clock::current()->utcNow();
     qint64 m_utcOffsetSeconds = 0;
     QTimer *m_utcTimeRefreshTimer;
     Profile m_selectedProfile = PERIODIC;

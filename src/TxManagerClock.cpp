@@ -18,7 +18,7 @@ QString TxManager::utcTime() const
 
 void TxManager::refreshUtcTime()
 {
-    m_utcTime = QDateTime::currentDateTimeUtc().addSecs(m_utcOffsetSeconds);
+    m_utcTime = Clock::current()->utcNow().addSecs(m_utcOffsetSeconds);
     Q_EMIT utcTimeChanged();
 }
 
@@ -33,7 +33,7 @@ void TxManager::onUtcTimeRefreshOver()
 void TxManager::setCustomUtcTime(const QString &customIsoDate)
 {
     const QDateTime customTime = QDateTime::fromString(customIsoDate, Qt::ISODate);
-    applyUtcOffset(QDateTime::currentDateTimeUtc().secsTo(customTime), true);
+    applyUtcOffset(Clock::current()->utcNow().secsTo(customTime), true);
 }
 
 void TxManager::applyUtcOffset(qint64 seconds, bool reload)

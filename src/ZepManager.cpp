@@ -9,9 +9,12 @@
 
 #include <functional>
 
-ZepManager::ZepManager(QObject *parent)
-    : QObject(parent), m_serialPort(new SerialPortManager(this)), m_logger(new Logger(this))
+ZepManager::ZepManager(QObject *parent, SerialPortManager *serialPort)
+    : QObject(parent)
+    , m_serialPort(serialPort != nullptr ? serialPort : new SerialPortManager)
+    , m_logger(new Logger(this))
 {
+    m_serialPort->setParent(this);
     using namespace std::placeholders;
     m_tx = new TxManager(m_logger, std::bind(&ZepManager::requestTx, this, _1, _2, _3),
                          std::bind(&ZepManager::getSatelliteNextPass, this, _1), this);

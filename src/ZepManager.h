@@ -45,7 +45,8 @@ public:
     enum Mode { BASIC = 0, EXPERT = 1 };
     Q_ENUM(Mode)
 
-    explicit ZepManager(QObject *parent);
+    /// Takes \a serialPort over; without one it makes its own. Only a test that has no port hands one in.
+    explicit ZepManager(QObject *parent, SerialPortManager *serialPort = nullptr);
 
     /// Factory of the QML engine; the engine owns the result.
     static ZepManager *create(QQmlEngine *engine, QJSEngine *scriptEngine);

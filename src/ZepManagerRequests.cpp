@@ -4,16 +4,16 @@
 // One command, one answer: a request waits inside the call and spins the event loop, and the answer arrives by the
 // ordinary way of every line (ZepManagerDispatch.cpp). There is no queue, and answers are not matched to questions.
 
+#include "Clock.h"
 #include "ZepManager.h"
 
 #include <QCoreApplication>
-#include <QThread>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr unsigned long pauseAfterRequest = 10; // ms that the device gets between two commands
+constexpr std::chrono::milliseconds pauseAfterRequest{10}; // that the device gets between two commands
 }
 
 bool ZepManager::sendCommand(AtCmdHandler::CmdId id, const QStringList &params, ushort timeout)
@@ -51,7 +51,7 @@ bool ZepManager::sendRaw(const QByteArray &data, ushort timeout)
     if (isWaitPointless(board)) {
         return false;
     }
-    QThread::msleep(pauseAfterRequest);
+    Clock::current()->sleep(pauseAfterRequest);
     return !m_requestFailed;
 }
 

@@ -5,6 +5,7 @@
 // device's answers to them.
 
 #include "Assertion.h"
+#include "Clock.h"
 #include "ProcessLog.h"
 #include "ZepManager.h"
 
@@ -100,7 +101,7 @@ void ZepManager::processDeviceAssertion()
     m_logger->log(Logger::APP, "ZEP ASSERT! "_L1 + text);
     m_logger->log(Logger::APP, u"A reset was triggered on device, stopping sequence and restoring UTC time..."_s);
     m_tx->stop();
-    m_tx->setCustomUtcTime(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+    m_tx->setCustomUtcTime(Clock::current()->utcNow().toString(Qt::ISODate));
     if (m_tx->ackPending()) {
         m_tx->setAckPending(false);
     }
