@@ -58,6 +58,11 @@ TxManager::TxManager(Logger *logger, RequestTxCallback requestTxCallback,
     connect(m_scheduleTimer, &QTimer::timeout, this, &TxManager::onScheduleOver);
     connect(m_countdownTimer, &QTimer::timeout, this, &TxManager::onCountdownRefreshOver);
     connect(m_modulationModel, &ModulationModel::allowedSizeChanged, m_payloadListModel, &PayloadModel::setAllowedSize);
+    connect(m_prepassProfile->nextPassModel(), &PrepassModel::rowsInserted, this,
+            [this] { m_nextPassAnswered = true; });
+    // Queued: what ends a sequence may still have a request to make that depends on the profile.
+    connect(this, &TxManager::sequenceRunningChanged, this, &TxManager::applyReportedProfile, Qt::QueuedConnection);
+    connect(this, &TxManager::ackPendingChanged, this, &TxManager::applyReportedProfile, Qt::QueuedConnection);
 
     m_utcTimeRefreshTimer->start(c_clockInterval);
     m_scheduleTimer->setSingleShot(true);
@@ -98,7 +103,21 @@ void TxManager::setSelectedProfile(Profile profile)
     // The count of the module's pass says nothing about the table, which runs on under every other profile.
     m_activePassIdxCount = m_nextPassIdx;
     m_selectedProfile = profile;
+    m_reportedProfile.reset();
     Q_EMIT selectedProfileChanged();
+}
+
+void TxManager::selectReportedProfile(Profile profile)
+{
+    m_reportedProfile = profile;
+    applyReportedProfile();
+}
+
+void TxManager::applyReportedProfile()
+{
+    if (m_reportedProfile && !m_sequenceRunning && !m_ackPending) {
+        setSelectedProfile(*m_reportedProfile);
+    }
 }
 
 void TxManager::onPeriodicRedundancyChanged()

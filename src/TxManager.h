@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include <QDateTime>
 #include <QObject>
@@ -128,6 +129,15 @@ public:
 
     /// The device's Tx answer, \a data being the payload that it sent.
     void onTxDone(const QString &data);
+    /// The device reported that the Tx in the air failed, or its answer cannot be read. The Tx counts as made; a
+    /// module gets the payload again at the end of its pass. Does nothing when no answer is awaited.
+    void onTxFailed();
+    /// The line to the device is lost: no answer is awaited any more, and the sequence holds still, so that the views
+    /// keep what was reached, until stop().
+    void onLineLost();
+    /// The device reported the profile that it works by. It is selected at once, or, as it says what the answers to
+    /// come mean, when the sequence has ended and no answer is awaited.
+    void selectReportedProfile(Profile profile);
     /// Moves the interface's clock to \a seconds from the computer's UTC and says so in the log, unless that is where
     /// it is, give or take one second. With \a reload the pass table is read again against the new clock.
     void applyUtcOffset(qint64 seconds, bool reload);
@@ -174,6 +184,7 @@ private Q_SLOTS:
     void setSequenceRunning(bool running);
     void onPeriodicRedundancyChanged();
     void onUtcTimeRefreshOver();
+    void applyReportedProfile();
     void onScheduleOver();
     void onCountdownRefreshOver();
     void schedulePrepassOnModuleTx();
@@ -188,33 +199,40 @@ private:
     void loadPayloads();
 
     void refreshUtcTime();
+    void followClock();
 
     void scheduleNextTx();
     void schedulePeriodicTx();
     void armSchedule(qint64 milliseconds);
-    void transmitPayload();
+    [[nodiscard]] bool transmitPayload();
     void flushTxPayloads();
     [[nodiscard]] bool isFirstTx() const;
     [[nodiscard]] bool isLastTx() const;
-    /// Whether the run that made a request still goes on after it, not another one.
-    [[nodiscard]] bool isRunning(quint64 run) const { return m_sequenceRunning && run == m_run; }
+    /// Whether the run that made a request still goes on after it, not another one, and is not complete.
+    [[nodiscard]] bool isRunning(quint64 run) const { return isGoingOn() && run == m_run; }
+    /// Whether a sequence has still something to send and a line to send it over.
+    [[nodiscard]] bool isGoingOn() const { return m_sequenceRunning && !m_sequenceCompleted && !m_lineLost; }
     [[nodiscard]] bool checkPayloadBeforeTx(int index);
     void finishRepetition();
+    void goOnAfterAnswer();
     void resetTxState();
     void refreshTimeUntilNextTx();
 
+    void beginTable();
     [[nodiscard]] bool hasNextPass() const;
     void walkPasses();
     void schedulePrepassTx();
     void endUsedUpSequence();
 
     void prepareModule();
+    void serveModule();
     void queuePayload();
+    void askForNextPass();
     void onPassBoundary();
     void beginPass();
     void endPass();
     void waitForNextPass();
-    void waitUntil(const QDateTime &boundary);
+    void waitUntil(const QDateTime &boundary, qint64 atLeast = 0);
 
     Logger *m_logger;
     RequestTxCallback m_requestTxCallback;
@@ -223,6 +241,7 @@ private:
     qint64 m_utcOffsetSeconds = 0;
     QTimer *m_utcTimeRefreshTimer;
     Profile m_selectedProfile = PERIODIC;
+    std::optional<Profile> m_reportedProfile; // to be selected when nothing is awaited
     PeriodicProfile *m_periodicProfile;
     PrepassProfile *m_prepassProfile;
     bool m_loraEnabled = false;
@@ -236,14 +255,27 @@ private:
 
     uchar m_currentIndex = 0;   // payload being worked on
     uchar m_currentTxCount = 0; // times it was sent in this repetition
+    uchar m_sentIndex = 0;      // of the Tx that was accepted last, which an answer speaks of
+    uchar m_sentTxCount = 0;
+    bool m_transmitting = false; // a Tx is being requested, and not accepted yet
     uchar m_repeatNum = 0;
     uchar m_currentSequenceRepeatCount = 0;
     bool m_ackPending = false;
     bool m_sequenceRunning = false;
     quint64 m_run = 0; // counts the starts: a request that spins the event loop can outlive the run that made it
     bool m_sequenceCompleted = false; // all repetitions done, stop() awaited
+    bool m_lineLost = false;
     bool m_computingSatelliteNextPass = false;
+    // What a module is to be asked for next, one request at a time.
+    quint64 m_servedRun = 0;         // run whose requests are under way
+    bool m_mustQueue = false;        // the current payload is to be queued
+    bool m_mustAsk = false;          // the next pass is to be asked for
+    bool m_mustQueueAgain = false;   // at the end of the pass: the module does not hold the current payload
+    bool m_nextPassAnswered = false; // by the request under way
+    int m_nextPassFailures = 0;      // one after the other
+    qint64 m_nextPassPause = 0;      // ms before the next request
     QTimer *m_scheduleTimer;
+    QDateTime m_scheduleDue; // when it runs out, on the clock of the interface
     QTimer *m_countdownTimer;
     int m_timeUntilNextTx = 0;
 

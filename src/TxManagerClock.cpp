@@ -3,11 +3,15 @@
 
 #include "TxManager.h"
 
+#include <QTimer>
+
 #include "Logger.h"
+#include "PrepassModel.h"
 
 namespace {
 
-constexpr qint64 c_offsetTolerance = 1; // s
+constexpr qint64 c_offsetTolerance = 1;      // s
+constexpr qint64 c_scheduleTolerance = 1000; // ms
 
 } // namespace
 
@@ -27,6 +31,44 @@ void TxManager::onUtcTimeRefreshOver()
     refreshUtcTime();
     if (m_selectedProfile != PREPASS_ON_MODULE) {
         walkPasses();
+    }
+    followClock();
+}
+
+void TxManager::followClock()
+{
+    // The timer counts milliseconds and knows nothing of a step of the clock, nor of the time that the computer slept.
+    const qint64 left = m_utcTime.msecsTo(m_scheduleDue);
+    const qint64 late = m_scheduleTimer->isActive() ? m_scheduleTimer->remainingTime() - left : 0;
+    if (qAbs(late) <= c_scheduleTolerance) {
+        return;
+    }
+    switch (m_selectedProfile) {
+    case PERIODIC:
+        // It keeps intervals, not times of day: no step makes one longer. Time that has passed is not waited for
+        // again, but the next Tx never overtakes the answer to the one before.
+        if (late > 0 && !m_ackPending) {
+            armSchedule(left);
+        }
+        return;
+    case PREPASS:
+        // Whatever the table has next now. The walk takes one pass a second, and must have caught up.
+        if (!hasNextPass() || m_prepassListModel->getStartUtc(m_nextPassIdx) >= m_utcTime) {
+            m_scheduleTimer->stop();
+            // From the event loop: it may make a request, and the clock must not stop for it.
+            QMetaObject::invokeMethod(
+                this,
+                [this, run = m_run] {
+                    if (isRunning(run)) {
+                        schedulePrepassTx();
+                    }
+                },
+                Qt::QueuedConnection);
+        }
+        return;
+    case PREPASS_ON_MODULE:
+        armSchedule(left);
+        return;
     }
 }
 

@@ -3,8 +3,6 @@
 
 #include "TxManager.h"
 
-#include <QTimer>
-
 #include "PeriodicProfile.h"
 
 namespace {
@@ -23,6 +21,5 @@ void TxManager::schedulePeriodicTx()
     const int interval = m_currentTxCount == m_periodicProfile->redundancy()
                              ? m_periodicProfile->period() * c_msPerMinute
                              : m_periodicProfile->delay() * c_msPerSecond;
-    m_scheduleTimer->start(interval);
-    refreshTimeUntilNextTx();
+    armSchedule(interval);
 }

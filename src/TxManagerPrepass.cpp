@@ -7,10 +7,10 @@
 
 #include <limits>
 
-#include <QEventLoop>
 #include <QFile>
 #include <QTimer>
 
+#include "EventWait.h"
 #include "LocalPath.h"
 #include "PayloadModel.h"
 #include "PrepassModel.h"
@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr int c_txStep = 60000;           // ms between two Tx inside a pass
-constexpr int c_lastAnswerTimeout = 6000; // ms
+constexpr int c_txStep = 60000; // ms between two Tx inside a pass
+constexpr std::chrono::milliseconds c_lastAnswerTimeout{6000};
 
 } // namespace
 
@@ -51,18 +51,24 @@ void TxManager::importPrepassData(const QString &filePath)
             QStringLiteral("Error: All satellite prepass date(s) in this file have expired!"));
     }
     m_csvFilePath = filePath;
-    m_nextPassIdx = 0;
-    m_activePassIdxCount = 0;
+    beginTable();
     Q_EMIT nextPassIdxChanged();
 }
 
 void TxManager::clearPrepassData(bool eraseFilePath)
 {
     m_prepassListModel->clear();
-    m_nextPassIdx = 0;
-    m_activePassIdxCount = 0;
+    beginTable();
     if (eraseFilePath) {
         m_csvFilePath.clear();
+    }
+}
+
+void TxManager::beginTable()
+{
+    m_nextPassIdx = 0;
+    if (m_selectedProfile != PREPASS_ON_MODULE) { // where it counts the module's own pass
+        m_activePassIdxCount = 0;
     }
 }
 
@@ -118,7 +124,7 @@ void TxManager::schedulePrepassTx()
             return;
         }
         m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
-        armSchedule(toNext);
+        armSchedule(toNext); // at once for a pass that has begun and that the walk has not reached yet
         return;
     }
     const bool staysInPass = m_activePassIdxCount != 0 && m_nextPassIdx != 0 &&
@@ -134,19 +140,10 @@ void TxManager::schedulePrepassTx()
 
 void TxManager::endUsedUpSequence()
 {
-    if (m_ackPending) {
-        QEventLoop loop; // ends early with the application, too
-        connect(this, &TxManager::ackPendingChanged, &loop, &QEventLoop::quit);
-        QTimer::singleShot(c_lastAnswerTimeout, &loop, &QEventLoop::quit);
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    if (m_ackPending) { // which falls with the application, too
+        EventWait::until([this] { return !m_ackPending; }, c_lastAnswerTimeout);
     }
     stop();
     Q_EMIT txErrorOccured(QStringLiteral("Error: No more prepass data to continue Tx scheduling.\n"
                                          "Please import new data from HelioWeb.\nStopping sequence..."));
-}
-
-void TxManager::armSchedule(qint64 milliseconds)
-{
-    m_scheduleTimer->start(static_cast<int>(milliseconds));
-    refreshTimeUntilNextTx();
 }

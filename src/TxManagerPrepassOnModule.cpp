@@ -8,8 +8,7 @@
 #include "TxManager.h"
 
 #include <algorithm>
-
-#include <QTimer>
+#include <utility>
 
 #include "Assertion.h"
 #include "PayloadModel.h"
@@ -19,48 +18,109 @@
 namespace {
 
 constexpr auto c_source = "src/TxManager";
+constexpr qint64 c_longRequest = 1000;   // ms
+constexpr qint64 c_firstPause = 1000;    // ms
+constexpr qint64 c_longestPause = 10000; // ms
+constexpr int c_pauseDoublings = 4;      // from the first to the longest, which cuts the last one
 
 } // namespace
 
 void TxManager::prepareModule()
 {
     m_activePassIdxCount = 0;
+    m_mustQueue = false;
+    m_mustAsk = false;
+    m_mustQueueAgain = false;
+    m_nextPassFailures = 0;
+    m_nextPassPause = 0;
+    const quint64 run = m_run;
     flushTxPayloads();
-    if (!m_sequenceRunning) {
-        return; // stopped inside the request, as below: whoever stopped it has settled what is awaited
+    if (!isRunning(run)) {
+        return; // stopped inside the request, as below, which has settled what is awaited
     }
     setAckPending(true); // stands for the payload that waits in the module from now on, not for one command
-    getSatelliteNextPass(m_payloadListModel->getOptions(m_currentIndex));
+    askForNextPass();
 }
 
 void TxManager::schedulePrepassOnModuleTx()
 {
-    if (!m_sequenceRunning) {
-        return; // stopped since this was asked for
+    if (!isGoingOn()) {
+        return; // ended since this was asked for
     }
     if (m_prepassProfile->nextPassModel()->rowCount() == 0) {
         stop();
         Q_EMIT txErrorOccured(QStringLiteral("Error: No satellite pass was computed/predicted!"));
         return;
     }
+    m_mustQueue = true;
+    serveModule();
+}
+
+void TxManager::serveModule()
+{
     const quint64 run = m_run;
-    queuePayload();
+    if (m_servedRun == run) {
+        return; // called inside one of the requests below, behind which the loop looks again
+    }
+    m_servedRun = run;
+    while (isRunning(run) && (m_mustQueue || m_mustAsk)) {
+        if (std::exchange(m_mustQueue, false)) {
+            queuePayload();
+        } else {
+            m_mustAsk = false;
+            askForNextPass();
+        }
+    }
+    if (m_servedRun == run) {
+        m_servedRun = 0;
+    }
     if (isRunning(run)) {
         waitForNextPass();
-        refreshTimeUntilNextTx();
     }
 }
 
 void TxManager::queuePayload()
 {
-    if (!requestTx(m_payloadListModel->getMessage(m_currentIndex), m_payloadListModel->getOptions(m_currentIndex),
-                   false)) {
-        log(QStringLiteral("Unable to write Tx command"));
+    if (!checkPayloadBeforeTx(m_currentIndex)) {
         return;
     }
-    if (m_sequenceRunning) {
-        m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
+    const quint64 run = m_run;
+    const uchar index = m_currentIndex;
+    if (!requestTx(m_payloadListModel->getMessage(index), m_payloadListModel->getOptions(index), false)) {
+        log(QStringLiteral("Unable to write Tx command"));
+        m_mustQueueAgain = true;
+        return;
     }
+    if (!isRunning(run)) {
+        return;
+    }
+    m_mustQueueAgain = false;
+    m_payloadListModel->setStatus(index, Payload::PENDING);
+    if (!m_ackPending && m_currentSequenceRepeatCount == 0) {
+        setAckPending(true); // an earlier Tx of it has failed
+    }
+}
+
+void TxManager::askForNextPass()
+{
+    const quint64 run = m_run;
+    const QDateTime asked = m_utcTime;
+    m_nextPassAnswered = false;
+    getSatelliteNextPass(m_payloadListModel->getOptions(m_currentIndex));
+    if (!isRunning(run)) {
+        return;
+    }
+    const PrepassModel *nextPass = m_prepassProfile->nextPassModel();
+    if (m_nextPassAnswered && nextPass->rowCount() > 0 && nextPass->getEndUtc(0) > m_utcTime) {
+        m_nextPassFailures = 0;
+        return;
+    }
+    // The pass in the model is over, so that the next request follows at once, and the one behind it, without end.
+    // The first repeat may, unless this request has already kept the user out for long.
+    const bool wasLong = asked.msecsTo(m_utcTime) >= c_longRequest;
+    m_nextPassFailures += m_nextPassFailures == 0 && wasLong ? 2 : 1;
+    const int doublings = std::min(m_nextPassFailures - 2, c_pauseDoublings);
+    m_nextPassPause = doublings < 0 ? 0 : std::min(c_firstPause << doublings, c_longestPause);
 }
 
 void TxManager::onPassBoundary()
@@ -90,20 +150,17 @@ void TxManager::endPass()
         return;
     }
     m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
-    const quint64 run = m_run;
-    getSatelliteNextPass(m_payloadListModel->getOptions(m_currentIndex));
-    if (isRunning(run)) {
-        waitForNextPass();
-    }
+    m_mustQueue = m_mustQueue || m_mustQueueAgain;
+    m_mustAsk = true;
+    serveModule();
 }
 
 void TxManager::waitForNextPass()
 {
-    waitUntil(m_prepassProfile->nextPassModel()->getStartUtc(0));
+    waitUntil(m_prepassProfile->nextPassModel()->getStartUtc(0), std::exchange(m_nextPassPause, 0));
 }
 
-void TxManager::waitUntil(const QDateTime &boundary)
+void TxManager::waitUntil(const QDateTime &boundary, qint64 atLeast)
 {
-    // A boundary that is past is reached at once. One too far for a timer wraps round.
-    m_scheduleTimer->start(static_cast<int>(std::max(m_utcTime.msecsTo(boundary), qint64{0})));
+    armSchedule(std::max(m_utcTime.msecsTo(boundary), atLeast)); // a boundary that is past is reached at once
 }

@@ -39,6 +39,8 @@ void TxManager::start(uchar repeatNum)
                                              "retrieved from HelioWeb."));
         return;
     }
+    applyReportedProfile();
+    m_lineLost = false;
     setSequenceRunning(true);
     const quint64 run = ++m_run;
     m_repeatNum = repeatNum;
@@ -95,9 +97,20 @@ void TxManager::scheduleNextTx()
     ZEPGUI_ASSERT(false, "Invalid Tx profile value", c_source);
 }
 
+void TxManager::armSchedule(qint64 milliseconds)
+{
+    if (!isGoingOn()) {
+        return; // ended inside a request
+    }
+    // One that is too far for a timer is reached by way of followClock().
+    m_scheduleTimer->start(static_cast<int>(std::clamp<qint64>(milliseconds, 0, std::numeric_limits<int>::max())));
+    m_scheduleDue = Clock::current()->utcNow().addSecs(m_utcOffsetSeconds).addMSecs(milliseconds);
+    refreshTimeUntilNextTx();
+}
+
 void TxManager::onScheduleOver()
 {
-    if (m_selectedProfile == PREPASS_ON_MODULE && !m_sequenceCompleted) {
+    if (m_selectedProfile == PREPASS_ON_MODULE) {
         onPassBoundary(); // an expiry is no Tx in this profile
         return;
     }
@@ -116,26 +129,42 @@ void TxManager::onScheduleOver()
     } else {
         ++m_currentTxCount;
     }
-    transmitPayload();
-    // The sequence may have been stopped inside the request, by a reset of the device or a lost link: what is armed
+    if (!checkPayloadBeforeTx(m_currentIndex)) {
+        return; // edited since it was checked last
+    }
+    const quint64 run = m_run;
+    const bool accepted = transmitPayload();
+    // The sequence may have been stopped inside the request, by a reset of the device or a lost line: what is armed
     // now would send for a sequence that no longer runs.
-    if (m_sequenceRunning && !isLastTx()) {
+    if (!isRunning(run)) {
+        return;
+    }
+    if (!isLastTx()) {
         scheduleNextTx();
+    } else if (!accepted && !m_ackPending) {
+        finishRepetition(); // no answer will come to do it
     }
 }
 
-void TxManager::transmitPayload()
+bool TxManager::transmitPayload()
 {
-    if (!requestTx(m_payloadListModel->getMessage(m_currentIndex), m_payloadListModel->getOptions(m_currentIndex),
-                   false)) {
+    const quint64 run = m_run;
+    m_transmitting = true;
+    const bool accepted = requestTx(m_payloadListModel->getMessage(m_currentIndex),
+                                    m_payloadListModel->getOptions(m_currentIndex), false);
+    m_transmitting = false;
+    if (!accepted) {
         log(QStringLiteral("Unable to write Tx command"));
-        return;
+        return false;
     }
-    if (!m_sequenceRunning) {
-        return; // stopped inside the request: whoever stopped it has settled what is awaited
+    if (!isRunning(run)) {
+        return false; // stopped inside the request, which has settled what is awaited
     }
+    m_sentIndex = m_currentIndex;
+    m_sentTxCount = m_currentTxCount;
     setAckPending(true);
     m_payloadListModel->setStatus(m_currentIndex, Payload::ACTIVE);
+    return true;
 }
 
 void TxManager::flushTxPayloads()
@@ -153,7 +182,7 @@ bool TxManager::isFirstTx() const
 bool TxManager::isLastTx() const
 {
     return m_currentIndex == m_payloadListModel->rowCount() - 1 &&
-           m_currentTxCount == m_payloadListModel->getRedundancy(m_currentIndex);
+           m_currentTxCount >= m_payloadListModel->getRedundancy(m_currentIndex);
 }
 
 bool TxManager::checkPayloadBeforeTx(int index)
@@ -178,39 +207,89 @@ void TxManager::onTxDone(const QString &data)
     if (!m_ackPending) {
         return;
     }
-    if (m_sequenceRunning) {
-        const QString message = m_payloadListModel->getMessage(m_currentIndex);
-        const uchar redundancy = m_payloadListModel->getRedundancy(m_currentIndex);
-        if (data.toUpper() == message) {
-            log(QStringLiteral("Data ") + message + QStringLiteral(" successfully transmitted! (") +
-                QString::number(m_currentTxCount) + QLatin1Char('/') + QString::number(redundancy) + QLatin1Char(')'));
-        } else {
-            log(QStringLiteral("Data ") + message + QStringLiteral(" could not be sent"));
+    if (!m_sequenceRunning || m_sequenceCompleted) {
+        setAckPending(false);
+        return;
+    }
+    // While a Tx is being requested, an answer is a late one, to the Tx before.
+    const bool isLate = m_transmitting;
+    const uchar index = isLate ? m_sentIndex : m_currentIndex;
+    const uchar txCount = isLate ? m_sentTxCount : m_currentTxCount;
+    const QString message = m_payloadListModel->getMessage(index);
+    const uchar redundancy = m_payloadListModel->getRedundancy(index);
+    if (data.toUpper() == message) {
+        log(QStringLiteral("Data ") + message + QStringLiteral(" successfully transmitted! (") +
+            QString::number(txCount) + QLatin1Char('/') + QString::number(redundancy) + QLatin1Char(')'));
+    } else {
+        log(QStringLiteral("Data ") + message + QStringLiteral(" could not be sent"));
+    }
+    m_payloadListModel->setTxCount(index, txCount);
+    if (txCount < redundancy) {
+        m_payloadListModel->setStatus(index, Payload::PENDING);
+        if (m_selectedProfile == PREPASS_ON_MODULE) {
+            // Of a Tx that was in the air when an earlier sequence was stopped, or of a pass that the clock of the
+            // interface has not begun yet. The payload may be in the module or not.
+            m_mustQueueAgain = true;
+            return;
         }
-        m_payloadListModel->setTxCount(m_currentIndex, m_currentTxCount);
-        if (m_currentTxCount < redundancy) {
-            m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
-        } else if (m_currentTxCount == redundancy) {
-            m_payloadListModel->setStatus(m_currentIndex, Payload::COMPLETE);
-            if (const int next = m_currentIndex + 1; next < m_payloadListModel->rowCount()) {
-                if (!checkPayloadBeforeTx(next)) {
+    } else {
+        m_payloadListModel->setStatus(index, Payload::COMPLETE);
+        m_mustQueueAgain = false;
+        if (const int next = index + 1; !isLate && next < m_payloadListModel->rowCount()) {
+            if (!checkPayloadBeforeTx(next)) {
+                if (m_ackPending) { // stop() settles it where it empties the queue of the device
                     setAckPending(false);
-                    return;
                 }
-                m_payloadListModel->setStatus(next, Payload::PENDING);
-                Q_EMIT currentIndexUpdated(static_cast<uchar>(next));
-                if (m_selectedProfile == PREPASS_ON_MODULE) {
-                    ++m_currentIndex;
-                    scheduleNextTx();
-                    return; // the next payload waits in the module: an answer stays awaited
-                }
+                return;
+            }
+            m_payloadListModel->setStatus(next, Payload::PENDING);
+            Q_EMIT currentIndexUpdated(static_cast<uchar>(next));
+            if (m_selectedProfile == PREPASS_ON_MODULE) {
+                ++m_currentIndex;
+                // The module may use the rest of the pass: the next answer completes the payload.
+                m_currentTxCount = m_payloadListModel->getRedundancy(m_currentIndex);
+                scheduleNextTx();
+                return; // the next payload waits in the module: an answer stays awaited
             }
         }
-        if (isLastTx()) {
-            finishRepetition();
-        }
     }
-    // The wait at the end of a table serves a lost link or a second answer, which settles what is awaited.
+    // First, so that a second answer, which can come while what follows waits, finds nothing awaited.
+    setAckPending(false);
+    if (!isLate) {
+        goOnAfterAnswer();
+    }
+}
+
+void TxManager::onTxFailed()
+{
+    if (!m_ackPending) {
+        return;
+    }
+    setAckPending(false);
+    if (!m_sequenceRunning || m_transmitting) {
+        return;
+    }
+    if (m_selectedProfile == PREPASS_ON_MODULE) {
+        m_mustQueueAgain = true;
+    } else {
+        goOnAfterAnswer();
+    }
+}
+
+void TxManager::goOnAfterAnswer()
+{
+    if (isLastTx()) {
+        finishRepetition();
+    } else if (m_selectedProfile != PREPASS_ON_MODULE && !m_scheduleTimer->isActive()) {
+        scheduleNextTx(); // what was the last Tx when it was made is not any more
+    }
+}
+
+void TxManager::onLineLost()
+{
+    m_lineLost = true;
+    m_scheduleTimer->stop();
+    m_countdownTimer->stop();
     if (m_ackPending) {
         setAckPending(false);
     }
@@ -228,8 +307,9 @@ void TxManager::finishRepetition()
         Q_EMIT sequenceCompleted();
         return;
     }
+    const quint64 run = m_run;
     scheduleNextTx(); // before the reset: the gap is chosen by the last count of the finished repetition
-    if (!m_sequenceRunning) {
+    if (!isRunning(run)) {
         return; // the profile cannot go on
     }
     resetTxState();

@@ -38,7 +38,7 @@ private Q_SLOTS:
 
     void redundantStateEndsTheProgram()
     {
-        TxManager &tx = prepare({"0A", "0B0B"}, 1);
+        TxManager &tx = prepare({"0A"}, 2);
         const QByteArray source = "src/TxManager";
         verifyAborts("profile", source, "Invalid Tx profile value",
                      [&] { tx.setSelectedProfile(static_cast<TxManager::Profile>(3)); });
@@ -46,10 +46,6 @@ private Q_SLOTS:
         verifyAborts("second start", source, "m_sequenceRunning updated with a redundant state", [&] { tx.start(1); });
         verifyAborts("Tx while an answer is out", source, "m_ackPending updated with a redundant state",
                      [&] { (void)next(); });
-        tx.payloadListModel()->setAllowedSize({1});
-        m_bench->duringRequest = [&tx] { tx.setAckPending(false); }; // a flush settles the answer
-        verifyAborts("malformed next", source, "m_ackPending updated with a redundant state",
-                     [&] { tx.onTxDone("0A"); });
     }
 
     void malformedPayloadStopsBeforeItsTurn()
@@ -69,27 +65,44 @@ private Q_SLOTS:
         tx.payloadListModel()->setData(tx.payloadListModel()->index(0), "0A0A0A", PayloadModel::MessageRole);
         tx.addPayloadItem("0B");
         tx.start(1);
+        m_bench->duringRequest = [&tx] { tx.setAckPending(false); }; // a device whose queue is emptied
         tx.onTxDone("0A0A0A"); // the next one is bad, the text names the current one
+        m_bench->duringRequest = [] {};
         QCOMPARE(order.mid(4), QStringList({"on", text.arg("0A0A0A"), "off", "stopped"}));
-        QCOMPARE(m_bench->sent.join(' '), "flush 0A0A0A flush");
         QVERIFY(!tx.ackPending());
+
+        tx.payloadListModel()->setData(tx.payloadListModel()->index(1), "0B0B0B", PayloadModel::MessageRole);
+        tx.start(1);
+        tx.onTxDone("0A0A0A");
+        tx.payloadListModel()->setData(tx.payloadListModel()->index(1), "0B", PayloadModel::MessageRole); // in the gap
+        m_bench->scheduleTimer->start(0);
+        QTRY_COMPARE(order.size(), 12);
+        QVERIFY(order.at(9).startsWith("Payload P1 (0B) is not correctly"));
+        QCOMPARE(m_bench->sent.join(' '), "flush 0A0A0A flush 0A0A0A flush");
     }
 
     void refusedOrFailedTxSpendsItsCount()
     {
         TxManager &tx = prepare({"0A"}, 3);
         m_bench->accept = false;
-        tx.start(1);
+        tx.start(2);
         m_bench->accept = true;
         QVERIFY(next());
-        tx.setAckPending(false); // what a Tx error of the device does
+        tx.onTxFailed();
+        tx.onTxFailed();
+        QVERIFY(!tx.ackPending());
+        QVERIFY(next());
+        tx.onTxFailed(); // the last of a repetition: the next repetition follows
+        for (int count = 0; count < 2; ++count) {
+            QVERIFY(next());
+            tx.onTxFailed();
+        }
         m_bench->accept = false;
         QVERIFY(next());
-        QVERIFY(!m_bench->scheduleTimer->isActive() && tx.sequenceRunning()); // stalled after the last
-        tx.stop();
+        QVERIFY(!m_bench->scheduleTimer->isActive() && tx.sequenceRunning());
         QCOMPARE(m_bench->log.mid(1),
-                 QStringList({"Unable to write Tx command", "Unable to write Tx command",
-                              "Unable to flush Tx payloads list", "--- Tx SEQUENCE STOP/RESET ---"}));
+                 QStringList({"Unable to write Tx command", "--- Tx SEQUENCE COMPLETE (1/2) ---",
+                              "Unable to write Tx command", "--- Tx SEQUENCE COMPLETE (2/2) ---"}));
     }
 
     void stopInsideARequestSendsNothingMore()
