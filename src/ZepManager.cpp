@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZepManager.h"
+#include "EventWait.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -22,8 +23,10 @@ ZepManager::ZepManager(QObject *parent, SerialPortManager *serialPort)
 
     m_requestTimer = new QTimer(this);
     QObject::connect(m_serialPort, &SerialPortManager::doneReading, this, &ZepManager::onSerialRead);
+    QObject::connect(m_serialPort, &SerialPortManager::serialError, this, &ZepManager::onSerialError);
     QObject::connect(m_requestTimer, &QTimer::timeout, this, &ZepManager::onRequestTimeout);
     m_requestTimer->setSingleShot(true);
+    m_requestTimer->setTimerType(Qt::PreciseTimer); // the default may be five percent off
 
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -43,6 +46,11 @@ bool ZepManager::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool ZepManager::isInputHeld() const
+{
+    return EventWait::isInputHeld();
 }
 
 void ZepManager::saveSettings()

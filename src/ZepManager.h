@@ -119,6 +119,10 @@ public:
     /// Ends the wait for the wake-up button.
     Q_INVOKABLE void cancelModuleRequest();
 
+    /// Whether the input event that is being processed was made while a request waited. It comes late, and the control
+    /// that gets it may mean something else by now.
+    Q_INVOKABLE [[nodiscard]] bool isInputHeld() const;
+
     // The whole configuration; processingData tells that one of them is under way, and processingDataChanged() how it
     // ended. Nothing happens without a session, and what a session leaves unfinished ends with it in silence.
 
@@ -161,6 +165,7 @@ private Q_SLOTS:
     void setProcessingData(bool uploading, const QString &msg = {}, bool error = false);
     void onSerialRead(const QString &data);
     void onRequestTimeout();
+    void onSerialError(const QString &error);
 
 private:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -187,6 +192,9 @@ private:
     [[nodiscard]] bool isWaitPointless(const QPointer<ZepBoard> &board) const { return !board || m_closing; }
 
     // Dispatch
+    /// Processes the lines that have arrived, in order, up to one that ends a wait.
+    void deliverHeldLines();
+    void processLine(const QString &data);
     void processResponse();
     void processTxResponse();
     void processPredictionResponse();
@@ -235,6 +243,8 @@ private:
     bool m_requestFailed = false;
     bool m_requestPending = false;
     bool m_requestCancelled = false;
+    int m_waitDepth = 0;     ///< requests that wait for an answer, one inside the other
+    QStringList m_heldLines; ///< arrived, and not processed yet
     QTimer *m_requestTimer = nullptr;
     bool m_exportMode = false;
     QString m_exportBuffer;

@@ -11,6 +11,22 @@ using namespace Qt::StringLiterals;
 
 void ZepManager::onSerialRead(const QString &data)
 {
+    m_heldLines.append(data);
+    deliverHeldLines();
+}
+
+void ZepManager::deliverHeldLines()
+{
+    // A line that has ended a wait lets the caller of that wait go on first: what it does with the answer, such as to
+    // expect the result of a Tx, decides what the next line means.
+    const auto callerGoesFirst = [this] { return m_waitDepth > 0 && !m_requestPending; };
+    while (!m_heldLines.isEmpty() && !callerGoesFirst()) {
+        processLine(m_heldLines.takeFirst());
+    }
+}
+
+void ZepManager::processLine(const QString &data)
+{
     if (!m_board || !m_atCmdHandler) {
         return;
     }
@@ -37,6 +53,9 @@ void ZepManager::onSerialRead(const QString &data)
         m_logger->log(Logger::APP, "Unable to parse message from "_L1 + m_board->name());
         if (m_atCmdHandler->paramCount() > 0 && m_atCmdHandler->param(0) == "NA"_L1) {
             m_logger->log(Logger::APP, "Unable to parse "_L1 + m_atCmdHandler->cmdName() + " data"_L1);
+            if (m_atCmdHandler->cmdId() == AtCmdHandler::TX) {
+                m_tx->onTxFailed(); // the result has come, though it cannot be read
+            }
         }
     }
     m_requestPending = false;
@@ -55,6 +74,9 @@ void ZepManager::processResponse()
     case AtCmdHandler::ERROR:
         m_requestFailed = true;
         m_logger->log(Logger::APP, line.errorString());
+        if (m_waitDepth == 0) {
+            m_tx->onTxFailed(); // no request waits, so that the device speaks of the Tx in the air
+        }
         return;
     case AtCmdHandler::ID:
         m_board->setId(line.param(0));

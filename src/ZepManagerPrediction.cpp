@@ -242,10 +242,7 @@ void ZepManager::processPredictionResponse()
     const AtCmdHandler &line = *m_atCmdHandler;
     switch (line.cmdId()) {
     case AtCmdHandler::PREPASS_EN:
-        // The profile says what the answers to come mean: it stays, as in the views, until nothing is awaited.
-        if (!m_tx->sequenceRunning() && !m_tx->ackPending()) {
-            m_tx->setSelectedProfile(line.paramUInt(0) == 0 ? TxManager::PERIODIC : TxManager::PREPASS_ON_MODULE);
-        }
+        m_tx->selectReportedProfile(line.paramUInt(0) == 0 ? TxManager::PERIODIC : TxManager::PREPASS_ON_MODULE);
         return;
     case AtCmdHandler::POS: {
         const Position position{line.paramDouble(1), line.paramDouble(2)};

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One command, one answer: a request waits inside the call and spins the event loop, and the answer arrives by the
-// ordinary way of every line (ZepManagerDispatch.cpp). There is no queue, and answers are not matched to questions.
+// One command, one answer: a request waits inside the call while the event loop goes on, and the answer arrives by the
+// ordinary way of every line (ZepManagerDispatch.cpp). There is no queue, and answers are not matched to questions. On
+// a lost line a request times out at once.
 
 #include "Clock.h"
+#include "EventWait.h"
 #include "ZepManager.h"
 
 #include <QCoreApplication>
@@ -32,23 +34,36 @@ bool ZepManager::sendCommand(AtCmdHandler::CmdId id, const QStringList &params, 
 bool ZepManager::sendRaw(const QByteArray &data, ushort timeout)
 {
     const QPointer<ZepBoard> board = m_board;
+    deliverHeldLines(); // what came before this request is not its answer
     if (isWaitPointless(board)) {
         return false;
     }
     m_logger->log(Logger::APP, QString::fromLatin1(data));
     m_requestFailed = false;
     m_requestPending = true;
-    if (!wakeUpBoard()) {
+    if (!wakeUpBoard() && !m_serialPort->isLineLost()) {
         return false;
     }
 
-    m_requestTimer->start(timeout);
-    m_serialPort->write(data);
-    while (m_requestPending && m_requestTimer->isActive() && !isWaitPointless(board)) {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (!m_serialPort->isLineLost()) {
+        m_requestTimer->start(timeout);
+        m_serialPort->write(data);
+        ++m_waitDepth;
+        EventWait::until([this, &board] {
+            return !m_requestPending || !m_requestTimer->isActive() || isWaitPointless(board) ||
+                   m_serialPort->isLineLost();
+        });
+        --m_waitDepth;
+        m_requestTimer->stop();
     }
-    m_requestTimer->stop();
+    if (!m_heldLines.isEmpty()) {
+        QMetaObject::invokeMethod(this, &ZepManager::deliverHeldLines, Qt::QueuedConnection);
+    }
     if (isWaitPointless(board)) {
+        return false;
+    }
+    if (m_requestPending && m_serialPort->isLineLost()) {
+        onRequestTimeout(); // no answer can come any more
         return false;
     }
     Clock::current()->sleep(pauseAfterRequest);
@@ -83,6 +98,9 @@ bool ZepManager::wakeUpBoard()
     if (board->isAwake()) {
         return true;
     }
+    if (m_serialPort->isLineLost()) {
+        return false; // the wake-up would never be reported
+    }
     m_requestCancelled = false; // of a dialog that outlived its wait
     // The dialog closes whenever the board speaks of its state. If that is to say that it still sleeps, the user is
     // asked again: nobody may wait here without a Cancel button.
@@ -93,7 +111,7 @@ bool ZepManager::wakeUpBoard()
         }
     });
     Q_EMIT userActionRequested();
-    while (!m_requestCancelled && !isWaitPointless(board)) {
+    while (!m_requestCancelled && !isWaitPointless(board) && !m_serialPort->isLineLost()) {
         if (board->isAwake()) {
             return true;
         }

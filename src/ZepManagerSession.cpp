@@ -4,21 +4,19 @@
 // The two ends of a session with a device, and the reading of what the device is.
 
 #include "Assertion.h"
+#include "EventWait.h"
 #include "Ranger.h"
 #include "TBX.h"
 #include "Zep1.h"
 #include "Zep2.h"
 #include "ZepManager.h"
 
-#include <QCoreApplication>
-#include <QTimer>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 constexpr quint32 slowBaudRate = 9600;
 constexpr quint32 fastBaudRate = 115200;
-constexpr int transmissionEndTimeout = 6000; // ms that a transmission under way gets to be answered
+constexpr std::chrono::milliseconds transmissionEndTimeout{6000}; // that a transmission under way gets to be answered
 constexpr auto source = "src/ZepManager";
 
 quint32 baudRateOf(ZepBoard::Module module, const QString &text)
@@ -140,9 +138,18 @@ void ZepManager::getHwInfo()
     }
 }
 
+void ZepManager::onSerialError(const QString &error)
+{
+    if (m_serialPort->isLineLost()) {
+        m_logger->log(Logger::APP, error);
+        m_tx->onLineLost();
+    }
+}
+
 void ZepManager::disconnect()
 {
     bringTransmissionToRest();
+    m_heldLines.clear();
     delete m_atCmdHandler;
     delete m_board;
     m_serialPort->close();
@@ -157,13 +164,9 @@ void ZepManager::bringTransmissionToRest()
 {
     m_tx->stop();
 
-    QTimer answerTimer;
-    answerTimer.setSingleShot(true);
-    answerTimer.start(transmissionEndTimeout);
-    while (m_tx->ackPending() && answerTimer.isActive() && !m_closing) {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (m_tx->ackPending()) {
+        EventWait::until([this] { return !m_tx->ackPending() || m_closing; }, transmissionEndTimeout);
     }
-    answerTimer.stop();
     if (m_tx->ackPending()) {
         m_tx->setAckPending(false);
     }

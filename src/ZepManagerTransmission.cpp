@@ -58,7 +58,9 @@ bool ZepManager::flushTxFifo(const QString &data, const Payload::Options &option
     ZEPGUI_ASSERT(data.isEmpty(), "No valid function call (flush action requested but a message was passed)",
                   "src/ZepManager");
     const TxManager::Profile profile = m_tx->selectedProfile();
-    if (profile != TxManager::PREPASS_ON_MODULE && !(profile == TxManager::PERIODIC && options.optionAck)) {
+    const bool hasQueue =
+        profile == TxManager::PREPASS_ON_MODULE || (profile == TxManager::PERIODIC && options.optionAck);
+    if (!hasQueue || m_serialPort->isLineLost()) {
         return true;
     }
     m_logger->log(Logger::APP, u"Flushing Tx FIFO..."_s);
@@ -77,9 +79,7 @@ void ZepManager::processTxResponse()
             m_tx->onTxDone(line.param(0));
         } else {
             m_logger->log(Logger::APP, "A Tx error occured ("_L1 + line.param(1) + u')');
-            if (m_tx->ackPending()) {
-                m_tx->setAckPending(false);
-            }
+            m_tx->onTxFailed();
         }
     } else if (line.cmdId() == AtCmdHandler::TXFIFO) {
         if (line.param(0) == "end"_L1) {

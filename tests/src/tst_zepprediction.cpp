@@ -111,6 +111,21 @@ private Q_SLOTS:
         QCOMPARE(m_manager->tx()->periodicProfile()->redundancy(), uchar(1)); // a sequence cannot send zero times
     }
 
+    void reportedProfileIsAppliedWhenTheSequenceHasEnded()
+    {
+        TxManager *tx = m_manager->tx();
+        tx->addPayloadItem(u"00000000"_s);
+        answerAll({u"TX"_s, u"ATXRP"_s}, u"+OK"_s);
+        tx->start(1);
+        say(u"+PREPASS_EN=1"_s);
+        QCOMPARE(tx->selectedProfile(), TxManager::PERIODIC);
+        tx->stop();
+        QCoreApplication::processEvents();
+        QCOMPARE(tx->selectedProfile(), TxManager::PERIODIC); // it says what the answer that is awaited means
+        say(u"+TX=0,00000000"_s);
+        QTRY_COMPARE(tx->selectedProfile(), TxManager::PREPASS_ON_MODULE);
+    }
+
     void uploadSendsEachSatelliteAUsableBulletin_data()
     {
         QTest::addColumn<ZepBoard::Module>("module");
