@@ -94,7 +94,7 @@ private Q_SLOTS:
         profile()->setPosition({43.5612345, 0.00001});
         QVERIFY(m_manager->setPrepassConfig(2, 10.25, 4));
         QCOMPARE(lastRequest().remove(QRegularExpression(u"T12:58:..Z"_s)),
-                 u"AT+PREPASS_CFG=43.5612,1e-05,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
+                 u"AT+PREPASS_CFG=43.5612,0.00001,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
         QCOMPARE(profile()->config().minPassDuration, uchar(4));
     }
 
