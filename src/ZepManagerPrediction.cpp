@@ -123,10 +123,13 @@ void ZepManager::getGnssPosition()
 
 bool ZepManager::setGnssPosition(double latitude, double longitude)
 {
+    PrepassProfile *profile = m_tx->prepassProfile();
     if (sendCommand(AtCmdHandler::POS, {wireNumber(latitude), wireNumber(longitude)}, shortTimeout)) {
+        if (!m_exportMode) { // in which no device has accepted it
+            profile->setPosition({latitude, longitude});
+        }
         return true;
     }
-    PrepassProfile *profile = m_tx->prepassProfile();
     profile->setPosition(profile->position()); // the notification brings the fields back to the true value
     return false;
 }

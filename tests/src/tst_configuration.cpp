@@ -304,7 +304,9 @@ private Q_SLOTS:
             QCOMPARE(exported(), content);
         }
         tx()->prepassProfile()->setPosition({43.5612345, 0.00001});
+        const QSignalSpy moved(tx()->prepassProfile(), &PrepassProfile::positionChanged);
         const QByteArray near = exported();
+        QCOMPARE(moved.count(), 0); // no device has accepted anything
         tx()->prepassProfile()->setPosition({1, 1});
         importFile(near);
         QCOMPARE(tx()->prepassProfile()->position().latitude, 43.5612);
