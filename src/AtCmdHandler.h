@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "WireNumber.h"
+
 #include <QMap>
 #include <QObject>
 #include <QRegularExpression>
@@ -91,8 +93,8 @@ public:
     [[nodiscard]] QChar paramChar(uchar index) const;
     /// 0 if the text is no decimal number, or does not fit 32 bits.
     [[nodiscard]] quint32 paramUInt(uchar index) const { return param(index).toUInt(); }
-    /// 0 if the text is no number.
-    [[nodiscard]] double paramDouble(uchar index) const { return param(index).toDouble(); }
+    /// 0 if the text is no number; the largest of its sign if it is too large.
+    [[nodiscard]] double paramDouble(uchar index) const { return finiteNumber(param(index).toDouble()); }
     [[nodiscard]] uchar paramCount() const { return static_cast<uchar>(m_params.size()); }
 
     /// The device's code of the last line if that was an ERROR line, else 0.

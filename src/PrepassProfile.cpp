@@ -25,7 +25,9 @@ constexpr auto c_urlKey = "Prepass/aopWebRequestUrl";
 // A reserved domain: a fresh program calls nobody.
 constexpr auto c_defaultUrl = "https://mdr.sarvane.example/mdr/resources/"
                               "fleetfeed?login=FEEDGUEST&password=QTR4711ABC&application=fleetfeed-app";
-constexpr int c_transferTimeout = 5000; // ms without data
+constexpr int c_transferTimeout = 5000;           // ms without data
+constexpr qsizetype c_documentSizeMax = 16 << 20; // bytes; a satellite takes some hundred
+constexpr qint64 c_readBufferSize = 1 << 20;      // bytes that may wait to be read
 
 QString configuredUrl()
 {
@@ -78,16 +80,33 @@ bool PrepassProfile::downloadAopData()
     QNetworkAccessManager network;
     QNetworkRequest request(QUrl(m_aopWebRequestUrl, QUrl::TolerantMode));
     request.setTransferTimeout(c_transferTimeout);
+    QByteArray body;
     const std::unique_ptr<QNetworkReply> reply(network.get(request));
+    reply->setReadBufferSize(c_readBufferSize);
+    // Read as it arrives, and no further than it takes to see that it is too large: an answer may have no end.
+    const auto readOn = [&body, source = reply.get()] {
+        body += source->read(c_documentSizeMax + 1 - body.size());
+        if (body.size() > c_documentSizeMax && source->isRunning()) {
+            source->abort();
+        }
+    };
+    connect(reply.get(), &QNetworkReply::readyRead, &loop, readOn);
     connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
     loop.exec();
     if (!reply->isFinished()) {
         reply->abort(); // the application is quitting: what has come so far is no document
     }
 
-    const QByteArray body = reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray();
-    if (body.isEmpty()) {
-        qCCritical(lcEvents) << "Error:" << reply->error();
+    if (reply->error() == QNetworkReply::NoError) {
+        readOn();
+    }
+    const bool isTooLarge = body.size() > c_documentSizeMax;
+    if (reply->error() != QNetworkReply::NoError || body.isEmpty() || isTooLarge) {
+        if (isTooLarge) {
+            qCCritical(lcEvents, "Error: AOP data of more than %lld bytes", qint64{c_documentSizeMax});
+        } else {
+            qCCritical(lcEvents) << "Error:" << reply->error();
+        }
         Q_EMIT aopDataDownloadFinished(
             QStringLiteral("Unable to fetch last AOP data from server. Check your internet access."));
         return false;

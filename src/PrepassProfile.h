@@ -43,8 +43,8 @@ public:
 
     /// Fetches the bulletins and merges them into satelliteAopModel(). Waits inside the call, in an event loop of its
     /// own, so the interface stays alive and anything may have changed when it returns. Gives up after 5 s without
-    /// data, and when the application quits. False, with the list as it was, when nothing usable came; ends with
-    /// aopDataDownloadFinished() either way.
+    /// data, at an answer of more than 16 MiB, and when the application quits. False, with the list as it was, when
+    /// nothing usable came; ends with aopDataDownloadFinished() either way.
     Q_INVOKABLE bool downloadAopData();
 
 public Q_SLOTS:

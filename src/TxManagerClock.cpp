@@ -12,6 +12,7 @@ namespace {
 
 constexpr qint64 c_offsetTolerance = 1;      // s
 constexpr qint64 c_scheduleTolerance = 1000; // ms
+constexpr qint64 c_second = 1000;            // ms
 
 } // namespace
 
@@ -75,7 +76,10 @@ void TxManager::followClock()
 void TxManager::setCustomUtcTime(const QString &customIsoDate)
 {
     const QDateTime customTime = QDateTime::fromString(customIsoDate, Qt::ISODate);
-    applyUtcOffset(Clock::current()->utcNow().secsTo(customTime), true);
+    // The date is usually the time shown here, up to a second old and cut to the second, so the distance comes out as
+    // up to 2 s less than the offset in force. Rounded up it stays within the tolerance, for either sign.
+    const qint64 distance = Clock::current()->utcNow().msecsTo(customTime);
+    applyUtcOffset(distance > 0 ? (distance + c_second - 1) / c_second : distance / c_second, true);
 }
 
 void TxManager::applyUtcOffset(qint64 seconds, bool reload)

@@ -10,6 +10,7 @@
 #include "ProcessLog.h"
 #include "ZepManager.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -31,6 +32,33 @@ QString shownLine(const QString &line)
         shown.begin(), shown.end(), [](QChar c) { return c.category() == QChar::Other_Control; },
         QChar(QChar::ReplacementCharacter));
     return line.size() > shownLengthMax ? shown + u'…' : shown;
+}
+
+/// Why an import refuses a line, as the log says it; empty if it takes the line, which \a codec then holds.
+QString importRefusal(AtCmdHandler *codec, const QByteArray &bytes)
+{
+    const QString line = QString::fromUtf8(bytes.trimmed());
+    if (bytes.size() > lineLengthMax || !codec->parseMessage(line, true)) {
+        return "Unable to parse configuration entry: "_L1 + shownLine(line);
+    }
+    return codec->cmdId() == AtCmdHandler::LORA_DEUI ? u"Configuration not allowed: device EUI cannot be set"_s
+                                                     : QString();
+}
+
+/// The lines of an exported configuration that an import refuses.
+QStringList linesRefusedByImport(const ZepBoard &board, QByteArray config)
+{
+    AtCmdHandler codec(nullptr, board.regexMap());
+    QBuffer buffer(&config);
+    buffer.open(QIODevice::ReadOnly | QIODevice::Text);
+    QStringList refused;
+    while (!buffer.atEnd()) {
+        const QByteArray bytes = buffer.readLine();
+        if (!importRefusal(&codec, bytes).isEmpty()) {
+            refused << QString::fromUtf8(bytes.trimmed());
+        }
+    }
+    return refused;
 }
 } // namespace
 
@@ -142,6 +170,10 @@ void ZepManager::exportConfig(const QString &filePath)
         qCCritical(lcEvents, "The exported configuration is not complete");
     }
     m_logger->exportLogsToFile(filePath, config, false, Logger::SECRET);
+    const QStringList refused = linesRefusedByImport(*board, config.toUtf8());
+    for (const QString &line : refused) {
+        m_logger->log(Logger::APP, "Exported entry cannot be imported: "_L1 + shownLine(line));
+    }
     setProcessingData(false, u"Configuration exported!"_s);
     m_logger->log(Logger::APP, u"Config exported successfully!"_s);
 }
@@ -177,15 +209,9 @@ bool ZepManager::replayConfig(const QString &path)
         return true; // counts as an empty file
     }
     while (!file.atEnd()) {
-        const QByteArray bytes = file.readLine(lineLengthMax);
-        const bool isWhole = bytes.endsWith('\n') || file.atEnd();
-        const QString line = QString::fromUtf8(bytes.trimmed());
-        if (!isWhole || !m_atCmdHandler->parseMessage(line, true)) {
-            m_logger->log(Logger::APP, "Unable to parse configuration entry: "_L1 + shownLine(line));
-            return false;
-        }
-        if (m_atCmdHandler->cmdId() == AtCmdHandler::LORA_DEUI) {
-            m_logger->log(Logger::APP, u"Configuration not allowed: device EUI cannot be set"_s);
+        const QByteArray bytes = file.readLine(lineLengthMax + 2); // enough of a longer line to be refused
+        if (const QString refusal = importRefusal(m_atCmdHandler, bytes); !refusal.isEmpty()) {
+            m_logger->log(Logger::APP, refusal);
             return false;
         }
         processResponse();

@@ -9,6 +9,7 @@
 #include "PrepassProfile.h"
 #include "ProcessLog.h"
 #include "SatelliteAopModel.h"
+#include "WireNumber.h"
 #include "ZepManager.h"
 
 #include <QMetaEnum>
@@ -23,11 +24,6 @@ namespace {
 const QString nextPassFilter = u"3"_s; // sent twice when the payload wants something back from the satellite
 const QString unknownSatellite = u"NA"_s;
 constexpr quint32 secondsOfDay = 86400;
-
-QString numberText(double value)
-{
-    return QString::number(value, 'g', 6);
-}
 
 /// The date and time in the device's form, "2026-1-7T9:5:0Z". Read apart, because read as one it would pass through
 /// the computer's own time zone, in which some times of the year do not exist.
@@ -102,11 +98,11 @@ bool ZepManager::setPrepassConfig(uchar predictionDuration, double minElevation,
 {
     const Position position = m_tx->prepassProfile()->position();
     const QDateTime start = m_tx->utcDateTime();
-    const QStringList params{numberText(position.latitude),    numberText(position.longitude),
+    const QStringList params{wireNumber(position.latitude),    wireNumber(position.longitude),
                              start.toString(Qt::ISODate),      start.addDays(predictionDuration).toString(Qt::ISODate),
-                             numberText(minElevation),         numberText(maxElevation),
+                             wireNumber(minElevation),         wireNumber(maxElevation),
                              QString::number(minPassDuration), QString::number(maxPasses),
-                             numberText(timeMargin),           QString::number(computationStep)};
+                             wireNumber(timeMargin),           QString::number(computationStep)};
     if (!sendCommand(AtCmdHandler::PREPASS_CFG, params, shortTimeout)) {
         if (m_board) {
             m_logger->log(Logger::APP, u"Unable to set prediction pass config"_s);
@@ -127,10 +123,13 @@ void ZepManager::getGnssPosition()
 
 bool ZepManager::setGnssPosition(double latitude, double longitude)
 {
-    if (sendCommand(AtCmdHandler::POS, {numberText(latitude), numberText(longitude)}, shortTimeout)) {
+    PrepassProfile *profile = m_tx->prepassProfile();
+    if (sendCommand(AtCmdHandler::POS, {wireNumber(latitude), wireNumber(longitude)}, shortTimeout)) {
+        if (!m_exportMode) { // in which no device has accepted it
+            profile->setPosition({latitude, longitude});
+        }
         return true;
     }
-    PrepassProfile *profile = m_tx->prepassProfile();
     profile->setPosition(profile->position()); // the notification brings the fields back to the true value
     return false;
 }
@@ -247,8 +246,8 @@ void ZepManager::processPredictionResponse()
     case AtCmdHandler::POS: {
         const Position position{line.paramDouble(1), line.paramDouble(2)};
         m_tx->prepassProfile()->setPosition(position);
-        m_logger->log(Logger::APP, "Beacon latitude: "_L1 + numberText(position.latitude) + u'°');
-        m_logger->log(Logger::APP, "Beacon longitude: "_L1 + numberText(position.longitude) + u'°');
+        m_logger->log(Logger::APP, "Beacon latitude: "_L1 + wireNumber(position.latitude) + u'°');
+        m_logger->log(Logger::APP, "Beacon longitude: "_L1 + wireNumber(position.longitude) + u'°');
         return;
     }
     case AtCmdHandler::UDATE: {

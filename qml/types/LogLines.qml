@@ -28,6 +28,9 @@ FocusScope {
     property int cursorRow: -1
     property int cursorColumn: 0
 
+    // Whether the user reads among the rows that are being dropped.
+    property bool readingOldest: false
+
     readonly property bool selectionForward: anchorRow < cursorRow || (anchorRow === cursorRow && anchorColumn <= cursorColumn)
     readonly property int firstRow: selectionForward ? anchorRow : cursorRow
     readonly property int firstColumn: selectionForward ? anchorColumn : cursorColumn
@@ -54,6 +57,17 @@ FocusScope {
 
     function copy(): void {
         store.copyBetween(firstRow, firstColumn, lastRow, lastColumn);
+    }
+
+    // The first count rows have given way to one. A selection that began there begins at that one.
+    function shift(count: int): void {
+        if (lastRow < count) {
+            select(-1, 0, -1, 0);
+            return;
+        }
+        const anchorStays = anchorRow >= count;
+        const cursorStays = cursorRow >= count;
+        select(anchorStays ? anchorRow - count + 1 : 0, anchorStays ? anchorColumn : 0, cursorStays ? cursorRow - count + 1 : 0, cursorStays ? cursorColumn : 0);
     }
 
     // To the newest line, if that is where the user wants to be. Rows are built only for a pane that can be seen.
@@ -248,8 +262,19 @@ FocusScope {
     }
 
     Connections {
+        function onDropped(count: int) {
+            root.shift(count);
+            if (root.readingOldest) {
+                list.positionViewAtBeginning();
+            }
+        }
+
         function onPublished() {
             root.follow();
+        }
+
+        function onRowsAboutToBeRemoved(parent: var, first: int, last: int) {
+            root.readingOldest = !root.held && list.indexAt(1, list.contentY) <= last;
         }
 
         target: root.store

@@ -50,7 +50,7 @@ void toClipboard(const QString &text)
 
 } // namespace
 
-LogModel::LogModel(QObject *parent) : QAbstractListModel(parent)
+LogModel::LogModel(QObject *parent, int limit) : QAbstractListModel(parent), m_limit(limit)
 {
     m_batchTimer.setSingleShot(true);
     m_batchTimer.setInterval(batchInterval);
@@ -90,6 +90,7 @@ void LogModel::clear()
     beginResetModel();
     m_lines = QStringList(); // clear() would keep the room of a long log for the life of the process
     m_publishedCount = 0;
+    m_droppedCount = 0;
     endResetModel();
 }
 
@@ -103,7 +104,27 @@ void LogModel::publish()
     beginInsertRows({}, m_publishedCount, count - 1);
     m_publishedCount = count;
     endInsertRows();
+    if (count > m_limit) {
+        dropOldest();
+    }
     Q_EMIT published();
+}
+
+void LogModel::dropOldest()
+{
+    const int tenth = m_limit / 10;
+    const int lines = ((m_publishedCount - m_limit) / tenth + 1) * tenth; // one spare, for the row that says so
+    const int rows = lines + (m_droppedCount > 0 ? 1 : 0);
+    m_droppedCount += lines;
+    // The last of them becomes the row that says so: what is removed is the front of the list, which moves nothing.
+    beginRemoveRows({}, 0, rows - 2);
+    m_lines.erase(m_lines.cbegin(), m_lines.cbegin() + (rows - 1));
+    m_publishedCount -= rows - 1;
+    endRemoveRows();
+    m_lines.first() =
+        QStringLiteral("%1 older lines were dropped here; the journal has them unless it is switched off").arg(m_droppedCount);
+    Q_EMIT dataChanged(index(0), index(0), {ShownRole});
+    Q_EMIT dropped(rows);
 }
 
 QString LogModel::text() const

@@ -13,6 +13,9 @@
 /// The lines of one log pane, oldest first. A line is kept whole and is part of text() as soon as it is appended; the
 /// views are told of new lines in batches, one insertion for all that came within batchInterval, so that their work
 /// follows the clock and not the rate of the lines.
+///
+/// When a batch leads beyond the limit of lines, the oldest tenth is dropped, or several tenths if it was a large one.
+/// The first row then says how many lines have been dropped since the last clear(); like any line it is part of text().
 class LogModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -27,7 +30,10 @@ public:
     static constexpr int batchInterval = 30; ///< milliseconds, about thirty pictures a second
     static constexpr int shownLength = 2048; ///< characters of a line that a view is given
 
-    explicit LogModel(QObject *parent = nullptr);
+    static constexpr int defaultLimit = 1'000'000; ///< lines
+
+    /// \a limit is the number of lines that the views are left with at most, 20 or more.
+    explicit LogModel(QObject *parent = nullptr, int limit = defaultLimit);
 
     /// The lines that the views have been told of; those of the batch under way are not counted.
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
@@ -55,9 +61,16 @@ public:
 Q_SIGNALS:
     /// The views have taken a batch of new lines in.
     void published();
+    /// The first \a count rows have given way to one, which says that older lines are missing. Emitted when the model
+    /// and the views that follow it have taken the change in; a row of number n is now n - count + 1.
+    void dropped(int count);
 
 private:
+    void dropOldest();
+
+    int m_limit;
     QStringList m_lines;
+    int m_droppedCount = 0; ///< lines; the first row says so unless it is 0
     int m_publishedCount = 0;
     QTimer m_batchTimer;
 };

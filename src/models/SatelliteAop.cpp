@@ -5,6 +5,8 @@
 
 #include <QMap>
 
+#include "WireNumber.h"
+
 namespace {
 
 const QMap<SatelliteAop::DownlinkStatus, QString> &downlinkTexts()
@@ -27,11 +29,6 @@ const QMap<SatelliteAop::UplinkStatus, QString> &uplinkTexts()
         {SatelliteAop::UPLK_OUT_OF_SERVICE, QStringLiteral("OUT OF SERVICE")},
     };
     return texts;
-}
-
-QString number(double value)
-{
-    return QString::number(value, 'g', 6);
 }
 
 QString tooltipLine(const char *label, const QString &value)
@@ -70,19 +67,24 @@ QString SatelliteAop::aopTooltipHtml() const
     const QString lineEnd = QStringLiteral("<br>");
     return tooltipLine("fleetfeedIdent", QString(ident).toHtmlEscaped()) + lineEnd +
            tooltipLine("date", date.toString(Qt::TextDate)) + lineEnd +
-           tooltipLine("semiMajorAxis", number(semiMajorAxis)) + QStringLiteral(" km") + lineEnd +
-           tooltipLine("semiMajorAxisDrift", number(semiMajorAxisDrift)) + QStringLiteral(" meter/day") + lineEnd +
-           tooltipLine("inclination", number(inclination)) + QStringLiteral("°") + lineEnd +
-           tooltipLine("ascendantNodeLongitude", number(ascendantNodeLongitude)) + QStringLiteral(" °") + lineEnd +
-           tooltipLine("ascendantNodeDrift", number(ascendantNodeDrift)) + QStringLiteral("°") + lineEnd +
-           tooltipLine("orbitalPeriod", number(orbitalPeriod)) + QStringLiteral(" min");
+           tooltipLine("semiMajorAxis", wireNumber(semiMajorAxis)) + QStringLiteral(" km") + lineEnd +
+           tooltipLine("semiMajorAxisDrift", wireNumber(semiMajorAxisDrift)) + QStringLiteral(" meter/day") + lineEnd +
+           tooltipLine("inclination", wireNumber(inclination)) + QStringLiteral("°") + lineEnd +
+           tooltipLine("ascendantNodeLongitude", wireNumber(ascendantNodeLongitude)) + QStringLiteral(" °") + lineEnd +
+           tooltipLine("ascendantNodeDrift", wireNumber(ascendantNodeDrift)) + QStringLiteral("°") + lineEnd +
+           tooltipLine("orbitalPeriod", wireNumber(orbitalPeriod)) + QStringLiteral(" min");
 }
 
 QStringList SatelliteAop::aopAtParameters() const
 {
-    return {QString(ident),        date.toString(Qt::ISODate),     number(semiMajorAxis),
-            number(inclination),   number(ascendantNodeLongitude), number(ascendantNodeDrift),
-            number(orbitalPeriod), number(semiMajorAxisDrift)};
+    return {QString(ident),
+            date.toString(Qt::ISODate),
+            wireNumber(semiMajorAxis),
+            wireNumber(inclination),
+            wireNumber(ascendantNodeLongitude),
+            wireNumber(ascendantNodeDrift),
+            wireNumber(orbitalPeriod),
+            wireNumber(semiMajorAxisDrift)};
 }
 
 QStringList SatelliteAop::statusAtParameters() const

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "LogModel.h"
 #include "Logger.h"
 #include "PayloadModel.h"
 #include "Program.h"
@@ -98,6 +99,67 @@ private Q_SLOTS:
 
         QTest::keyClick(m_window, Qt::Key_Home);
         QTRY_VERIFY(list->property("atYBeginning").toBool());
+    }
+
+    void droppedLinesMoveNeitherTheReaderNorTheSelection()
+    {
+        QObject *list = listOf("Log lines");
+        auto *model = list->property("model").value<LogModel *>();
+        int next = 0;
+        const auto fill = [&](int count) {
+            for (; count > 0; --count, ++next) {
+                model->append(QString("line %1 ").arg(next) + QString(next % 7 * 40LL, 'w'));
+            }
+            model->publish();
+        };
+        // The line at the upper edge and how far it stands above it.
+        const auto reading = [list] {
+            return Screen::evaluate(list, "(item => item.shown + ' ' + Math.round(contentY - item.y))"
+                                          "(itemAt(1, contentY))")
+                .toString();
+        };
+        const auto copied = [this] {
+            QGuiApplication::clipboard()->clear();
+            QTest::keySequence(m_window, QKeySequence::Copy);
+            return QGuiApplication::clipboard()->text();
+        };
+        fill(LogModel::defaultLimit);
+        QTRY_VERIFY(list->property("atYEnd").toBool());
+        QQuickItem *lines = find("Log lines");
+        clickOn(lines);
+        QTest::keyClick(m_window, Qt::Key_PageUp);
+        QTest::keyClick(m_window, Qt::Key_Up);
+        QTest::mousePress(m_window, Qt::LeftButton, {}, lines->mapToScene({30, 5}).toPoint());
+        QTest::mouseMove(m_window, lines->mapToScene({40, 80}).toPoint());
+        QTest::mouseRelease(m_window, Qt::LeftButton, {}, lines->mapToScene({40, 80}).toPoint());
+        const QString selection = copied();
+        QVERIFY(selection.contains("\nline 9999"));
+        const QString place = reading();
+        for (const int count : {1, 100'000}) { // the first and the next time
+            fill(count);
+            QCOMPARE(list->property("count").toInt(), model->rowCount());
+            QCoreApplication::processEvents();
+            QCOMPARE(reading(), place);
+            QCOMPARE(copied(), selection);
+        }
+        QTest::keyClick(m_window, Qt::Key_PageUp); // and one reads on from there
+        QTest::keyClick(m_window, Qt::Key_PageDown);
+        QCOMPARE(reading(), place);
+
+        // Of a selection whose beginning is dropped the rest stays. A user who was reading there is taken to the top.
+        QTest::keyClick(m_window, Qt::Key_Home);
+        QTRY_VERIFY(list->property("atYBeginning").toBool());
+        QTest::keyClick(m_window, Qt::Key_PageDown);
+        Screen::evaluate(lines, "select(5, 0, 100002, 11)");
+        fill(100'000);
+        QTRY_COMPARE(reading().section("; ", 0, 0), "300000 older lines were dropped here");
+        QCOMPARE(copied().section('\n', 2), "line 300001");
+        Screen::evaluate(lines, "select(5, 0, 100, 10)");
+        QTest::keyClick(m_window, Qt::Key_End);
+        fill(100'000);
+        QTRY_VERIFY(list->property("atYEnd").toBool());
+        QVERIFY(Screen::evaluate(list, "itemAtIndex(count - 1) !== null").toBool());
+        QCOMPARE(copied(), "");
     }
 
     void logTextIsSelectedAcrossRowsAndCopied()

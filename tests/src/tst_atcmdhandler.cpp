@@ -5,10 +5,13 @@
 #include "Criticals.h"
 #include "Ranger.h"
 #include "TBX.h"
+#include "WireNumber.h"
 #include "Zep1.h"
 #include "Zep2.h"
 
 #include <QElapsedTimer>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -111,6 +114,33 @@ private Q_SLOTS:
             QCOMPARE(m_codec.paramDouble(2), 0.0);
             QCOMPARE(m_codec.errorCode(), 0U); // the error before must not stick
         }
+    }
+
+    void numbersKeepTheirFormOnTheWireAndAreNeverInfinite()
+    {
+        using Limits = std::numeric_limits<double>;
+        const QString largest = u"179769"_s + QString(303, u'0');
+        for (const auto &[value, text] : {std::pair(0.0, u"0"_s),
+                                          {45.5, u"45.5"_s},
+                                          {-7195.6545, u"-7195.65"_s},
+                                          {0.0001, u"0.0001"_s},
+                                          {999999.4, u"999999"_s},
+                                          // where an exponent would be shorter
+                                          {0.00001, u"0.00001"_s},
+                                          {-0.0000123456789, u"-0.0000123457"_s},
+                                          {999999.5, u"1000000"_s},
+                                          {-1234567.0, u"-1234570"_s},
+                                          {2.5e-300, "0."_L1 + QString(299, u'0') + "25"_L1},
+                                          {Limits::max(), largest},
+                                          {Limits::infinity(), largest},
+                                          {-Limits::infinity(), u'-' + largest},
+                                          {Limits::quiet_NaN(), u"0"_s}}) {
+            QCOMPARE(wireNumber(value), text);
+        }
+        const QString nines(400, u'9');
+        QVERIFY(m_codec.parseMessage("+POS="_L1 + nines + ",-"_L1 + nines, false));
+        QCOMPARE(m_codec.paramDouble(1), Limits::max());
+        QCOMPARE(m_codec.paramDouble(2), Limits::lowest());
     }
 
     void failureLeavesWhatTheCallerReads()

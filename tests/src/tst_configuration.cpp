@@ -6,6 +6,7 @@
 #include "HttpServer.h"
 #include "LoRaConnectivity.h"
 #include "PrepassProfile.h"
+#include "SatelliteAopModel.h"
 #include "ScriptedSession.h"
 
 #include <QDir>
@@ -303,12 +304,40 @@ private Q_SLOTS:
             QCOMPARE(m_told.last(), u"falseConfiguration imported!"_s);
             QCOMPARE(exported(), content);
         }
-        tx()->prepassProfile()->setPosition(
-            {43.5612345, 0.00001}); // six digits, and no exponent, is all the wire holds
-        expectCritical("Unable to extract POS data");
-        importFile(exported());
-        QVERIFY(m_session->log.contains(u"[APP] Unable to parse configuration entry: AT+POS=43.5612,1e-05"_s));
+        tx()->prepassProfile()->setPosition({43.5612345, 0.00001});
+        const QSignalSpy moved(tx()->prepassProfile(), &PrepassProfile::positionChanged);
+        const QByteArray near = exported();
+        QCOMPARE(moved.count(), 0); // no device has accepted anything
+        tx()->prepassProfile()->setPosition({1, 1});
+        importFile(near);
+        QCOMPARE(tx()->prepassProfile()->position().latitude, 43.5612);
+        QCOMPARE(tx()->prepassProfile()->position().longitude, 0.00001);
         QCOMPARE(m_session->peer.requests(), QStringList());
+        QCOMPARE(m_session->log.filter(u"cannot be imported"_s), QStringList());
+    }
+
+    void exportNamesWhatAnImportWouldRefuse()
+    {
+        importFile(whole);
+        sensors()->setThresholdValues(SensorModel::LIGHT, u"7"_s);
+        lora()->setAppKey({});
+        tx()->prepassProfile()->satelliteAopModel()->findByIdent(u'F')->date = {};
+        m_session->log.clear();
+        for (const char *word : {"ALRT_LIGHT", "AOP", "LORA_AKEY"}) {
+            expectCritical(qPrintable("Unable to extract "_L1 + QLatin1String(word) + " data"_L1));
+        }
+        const QByteArray bytes = exported();
+        QCOMPARE(bytes, QByteArray(whole)
+                            .replace("=1,-5,4294967295", "=1,7")
+                            .replace("F,2026-01-08T19:45:59Z", "F,")
+                            .replace(QByteArray("00,11,22,33,44,55,66,77,88,99,aa,BB,cc,DD,ee,FF"), ""));
+        const QString named = u"[APP] Exported entry cannot be imported: "_s;
+        QCOMPARE(m_session->log.filter(named),
+                 (QStringList{named + "AT+ALRT_LIGHT=1,7"_L1, named + "AT+AOP=F,,7000.5,97.6,0.5,-24.25,100.5,0.5"_L1,
+                              named + "AT+LORA_AKEY="_L1}));
+        expectCritical("Unable to extract ALRT_LIGHT data");
+        importFile(bytes);
+        QVERIFY(m_session->log.contains(u"[APP] Unable to parse configuration entry: AT+ALRT_LIGHT=1,7"_s));
     }
 
     void importStopsAtTheFirstLineThatIsNone_data()

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <sys/resource.h>
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QNetworkProxy>
@@ -94,6 +96,28 @@ private Q_SLOTS:
             QCOMPARE(m_server.requests.takeLast(), "GET /path?login=LLL&password=PPP&application=a HTTP/1.1");
             QCOMPARE(printed.join(' '), message);
             printed.clear();
+        }
+    }
+
+    void answerWithoutAnEndIsRefusedBeforeItFillsTheMemory()
+    {
+        constexpr qsizetype limit = 16 << 20;
+        constexpr qint64 much = 300 << 20;
+        rusage usage{};
+        const auto memory = [&usage] { return getrusage(RUSAGE_SELF, &usage), usage.ru_maxrss; };
+        const auto used = memory(); // KiB
+        m_server.answer = "HTTP/1.1 200 OK\r\n\r\n" + c_body;
+        m_server.filler = much;
+        configure(m_server.url());
+        QCOMPARE(download(), c_fetchError);
+        QVERIFY2(m_server.filler > much / 2, "it was read on");
+        m_server.filler = 0;
+        QVERIFY2(memory() - used < 60L * 1024, qPrintable(QString::number(memory() - used)));
+        QCOMPARE(printed.join(' '), "Error: AOP data of more than 16777216 bytes");
+        for (const qsizetype size : {limit, limit + 1}) {
+            m_server.serve("200 OK", c_body.leftJustified(size));
+            configure(m_server.url());
+            QCOMPARE(download(), size == limit ? QString() : c_fetchError);
         }
     }
 

@@ -2,12 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUrl>
 
 #include "PrepassProfile.h"
 #include "TxBench.h"
+
+namespace {
+struct StoppedClock : Clock
+{
+    QDateTime now;
+    [[nodiscard]] QDateTime utcNow() const override { return now; }
+};
+} // namespace
 
 class TxManagerTest : public QObject
 {
@@ -121,6 +130,27 @@ private Q_SLOTS:
         QVERIFY(before.secsTo(tx.utcDateTime()) < 5);
         tx.setCustomUtcTime("yesterday"); // no date: the clock follows the computer again
         QVERIFY(qAbs(QDateTime::currentDateTimeUtc().secsTo(tx.utcDateTime())) <= 1);
+    }
+
+    void clockGivenItsOwnTimeDoesNotMove()
+    {
+        StoppedClock clock;
+        Clock::install(&clock);
+        const auto restore = qScopeGuard([] { Clock::install(nullptr); });
+        for (const int offset : {3600, -3600}) {
+            TxManager &tx = m_bench->create();
+            tx.applyUtcOffset(offset, false);
+            m_bench->log.clear();
+            for (int fraction = 0; fraction < 1000; fraction += 111) {
+                for (int age = 0; age <= 1000; age += 125) { // of the time that is shown, which is cut to the second
+                    clock.now = QDateTime({2026, 1, 7}, {12, 0}, Qt::UTC).addMSecs(fraction);
+                    QMetaObject::invokeMethod(&tx, "onUtcTimeRefreshOver");
+                    clock.now = clock.now.addMSecs(age);
+                    tx.setCustomUtcTime(tx.utcDateTime().toString(Qt::ISODate));
+                }
+            }
+            QCOMPARE(m_bench->log, QStringList());
+        }
     }
 
     void redundancyFollowsTheProfile()

@@ -76,6 +76,8 @@ private Q_SLOTS:
         QCOMPARE(lastLine(), u"[APP] Unable to set UTC date on ZEP2"_s);
         QCOMPARE(completed.value(0).value(0), QVariant(QString()));
         QVERIFY(m_manager->tx()->utcDateTime().date().year() != 2031);
+        QVERIFY(!m_manager->setGnssPosition(1, 2));
+        QVERIFY(profile()->position().latitude == 0 && profile()->position().longitude == 0);
         QVERIFY(!m_manager->setPrepassConfig(1, 2, 3));
         QCOMPARE(lastLine(), u"[APP] Unable to set prediction pass config"_s);
         QVERIFY(!m_manager->setPrepassEnable(true) && !m_manager->setTxRedundancy(3));
@@ -88,13 +90,14 @@ private Q_SLOTS:
 
     void acceptedSettingIsSentInSixDigitsAndKept()
     {
-        answerAll({u"PREPASS_CFG"_s}, u"+OK"_s);
+        answerAll({u"POS"_s, u"PREPASS_CFG"_s}, u"+OK"_s);
         QVERIFY(m_manager->setModuleUtcDate(u"2031-12-31T12:58:30Z"_s));
         QCOMPARE(m_manager->tx()->utcDateTime().date(), QDate(2031, 12, 31));
-        profile()->setPosition({43.5612345, 0.00001});
+        QVERIFY(m_manager->setGnssPosition(43.5612345, 0.00001));
+        QCOMPARE(lastRequest(), u"AT+POS=43.5612,0.00001"_s);
         QVERIFY(m_manager->setPrepassConfig(2, 10.25, 4));
         QCOMPARE(lastRequest().remove(QRegularExpression(u"T12:58:..Z"_s)),
-                 u"AT+PREPASS_CFG=43.5612,1e-05,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
+                 u"AT+PREPASS_CFG=43.5612,0.00001,2031-12-31,2032-01-02,10.25,90,4,1000,5,30"_s);
         QCOMPARE(profile()->config().minPassDuration, uchar(4));
     }
 

@@ -27,6 +27,11 @@ public:
                 socket->readAll();
                 socket->write(answer);
             });
+            QObject::connect(socket, &QTcpSocket::bytesWritten, socket, [this, socket] {
+                if (socket->bytesToWrite() == 0 && filler > 0) {
+                    filler -= socket->write(QByteArray(chunk, ' '));
+                }
+            });
         });
     }
 
@@ -44,8 +49,10 @@ public:
     }
 
     QByteArray answer;
+    qint64 filler = 0;    ///< Bytes of blanks that follow the answer, as fast as they are taken
     QStringList requests; ///< The first line of each
 
 private:
+    static constexpr qsizetype chunk = 65536;
     std::unique_ptr<QTcpServer> m_listener;
 };

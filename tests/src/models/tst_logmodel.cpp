@@ -38,6 +38,41 @@ private Q_SLOTS:
         QCOMPARE(model.index(count - 1).data(LogModel::ShownRole).toString(), expected.constLast());
     }
 
+    void oldestTenthGivesWayBeyondTheLimit()
+    {
+        constexpr int limit = 1000;
+        LogModel model(nullptr, limit);
+        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QSignalSpy dropped(&model, &LogModel::dropped);
+        int next = 0;
+        const auto fill = [&](int count) {
+            for (; count > 0; --count) {
+                model.append(QString::number(next++));
+            }
+            model.publish();
+        };
+        fill(limit);
+        QCOMPARE(dropped.count(), 0);
+        // One line too many; then more than two tenths in one batch, with the row that says so among the dropped.
+        for (const auto &[count, replaced, gone, rows] : {std::tuple(1, 100, 100, 902), {350, 301, 400, 952}}) {
+            fill(count);
+            QCOMPARE(model.rowCount(), rows);
+            QCOMPARE(dropped.takeFirst().at(0).toInt(), replaced);
+            const QString said = model.index(0).data(LogModel::ShownRole).toString();
+            QVERIFY2(said.startsWith(QString::number(gone) + QStringLiteral(" older lines were dropped")),
+                     qPrintable(said));
+            QCOMPARE(model.index(1).data(LogModel::ShownRole).toString(), QString::number(gone));
+            QCOMPARE(model.index(rows - 1).data(LogModel::ShownRole).toString(), QString::number(next - 1));
+            QCOMPARE(model.textBetween(0, 0, 2, 2),
+                     said + QStringLiteral("\n%1\n").arg(gone) + QString::number(gone + 1).left(2));
+            const QString text = model.text();
+            QVERIFY(text.startsWith(said + QLatin1Char('\n')) && text.count(QLatin1Char('\n')) == rows - 1);
+        }
+        model.clear();
+        fill(1);
+        QCOMPARE(model.text(), QString::number(next - 1)); // nothing is missing here
+    }
+
     void clearForgetsTheBatchUnderWay()
     {
         LogModel model;
