@@ -228,7 +228,7 @@ T.ExpandableView {
             }
         }
 
-        T.Button {
+        T.SequenceButton {
             id: startButton
 
             Layout.preferredWidth: 100
@@ -241,7 +241,7 @@ T.ExpandableView {
             mText: qsTr("Start")
             visible: !root.txLocked
 
-            onClicked: {
+            onActivated: {
                 ZepManager.tx.start(repeatSequenceInput.value);
                 payloadListView.mCurrentRow = 0;
                 listScrollBar.position = 0;
@@ -249,7 +249,7 @@ T.ExpandableView {
             onVisibleChanged: root.handOver(stopButton, startButton)
         }
 
-        T.Button {
+        T.SequenceButton {
             id: stopButton
 
             Layout.preferredWidth: 100
@@ -258,10 +258,7 @@ T.ExpandableView {
             mText: root.txSequenceCompleted ? qsTr("Reset") : root.txStopping ? qsTr("Stopping...") : qsTr("Stop")
             visible: root.txLocked
 
-            onClicked: {
-                ZepManager.tx.stop();
-                root.txSequenceCompleted = false;
-            }
+            onActivated: ZepManager.tx.stop()
             onVisibleChanged: root.handOver(startButton, stopButton)
         }
 
@@ -304,6 +301,11 @@ T.ExpandableView {
         // No handler, and so never called: the list stays at the malformed payload.
         function sequenceStopped() {
             listScrollBar.position = 0;
+        }
+
+        // A device that resets ends a sequence, too.
+        function onSequenceRunningChanged() {
+            root.txSequenceCompleted = false;
         }
 
         function onTxErrorOccured(error: string) {

@@ -248,6 +248,37 @@ private Q_SLOTS:
         QVERIFY(!find("P0 complete"));
     }
 
+    void clickDuringAWaitIsNoStop()
+    {
+        m_ui->answers["AT+ATXRP=0"] = {};
+        connect(
+            &m_ui->peer, &ScriptedPeer::requested, this,
+            [this](const QString &request) {
+                if (request == "AT+ATXRP=0") {
+                    click("Stop"); // by someone who meant to click on Start twice
+                    m_ui->peer.say("+OK");
+                }
+            },
+            Qt::QueuedConnection);
+        click("Start");
+        QVERIFY(m_ui->tx()->sequenceRunning() && m_ui->tx()->ackPending());
+        QVERIFY(m_ui->manager->isInputHeld()); // a click that is delivered now was made during the wait
+        QTRY_VERIFY(!m_ui->manager->isInputHeld());
+        m_ui->peer.say("+TX=0,00000000");
+        QTRY_VERIFY(!m_ui->tx()->ackPending());
+        Q_EMIT m_ui->tx()->sequenceCompleted();
+        QTRY_VERIFY(find("Reset"));
+        expectCritical("ZEP ASSERT! main.c:1");
+        m_ui->peer.say("+ASSERT=main.c:1"); // ends the sequence as a click would
+        QTRY_VERIFY(find("Start"));
+        click("Start");
+        QTRY_VERIFY(find("Stop"));
+        m_ui->peer.say("+TX=0,00000000");
+        QTRY_VERIFY(!m_ui->tx()->ackPending());
+        click("Stop");
+        QTRY_VERIFY(!m_ui->tx()->sequenceRunning());
+    }
+
     void payloadsAreFromOneToSixteen()
     {
         for (int row = 2; row < 15; ++row) {
