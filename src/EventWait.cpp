@@ -49,13 +49,16 @@ QPointer<InputHold> hold; // dies with the application; clazy:exclude=non-pod-gl
 
 void EventWait::until(const std::function<bool()> &isOver)
 {
+    if (isOver()) {
+        return; // nothing was held back
+    }
     if (!hold) {
         hold = new InputHold(QCoreApplication::instance());
     }
     hold->begin();
-    while (!isOver()) {
+    do {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
-    }
+    } while (!isOver());
     hold->end();
 }
 

@@ -10,7 +10,7 @@
 /// back until the outermost wait has returned; everything else is processed.
 namespace EventWait {
 
-/// Waits until \a isOver, which is asked after each batch of events.
+/// Waits until \a isOver, which is asked at once and after each batch of events.
 void until(const std::function<bool()> &isOver);
 /// As above, but for \a limit at the most, to the millisecond.
 void until(const std::function<bool()> &isOver, std::chrono::milliseconds limit);

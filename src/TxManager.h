@@ -132,6 +132,8 @@ public:
     /// The device reported that the Tx in the air failed, or its answer cannot be read. The Tx counts as made; a
     /// module gets the payload again at the end of its pass. Does nothing when no answer is awaited.
     void onTxFailed();
+    /// No answer is awaited any more. Does nothing when none was.
+    void settleAck();
     /// The line to the device is lost: no answer is awaited any more, and the sequence holds still, so that the views
     /// keep what was reached, until stop().
     void onLineLost();
@@ -198,6 +200,8 @@ private:
     void loadPrepassProfile();
     void loadPayloads();
 
+    /// The interface's clock, to the millisecond.
+    [[nodiscard]] QDateTime currentUtc() const;
     void refreshUtcTime();
     void followClock();
 

@@ -21,9 +21,14 @@ QString TxManager::utcTime() const
     return m_utcTime.toString(QStringLiteral("ddd MMM d, hh:mm:ss"));
 }
 
+QDateTime TxManager::currentUtc() const
+{
+    return Clock::current()->utcNow().addSecs(m_utcOffsetSeconds);
+}
+
 void TxManager::refreshUtcTime()
 {
-    m_utcTime = Clock::current()->utcNow().addSecs(m_utcOffsetSeconds);
+    m_utcTime = currentUtc();
     Q_EMIT utcTimeChanged();
 }
 

@@ -140,9 +140,7 @@ void TxManager::schedulePrepassTx()
 
 void TxManager::endUsedUpSequence()
 {
-    if (m_ackPending) { // which falls with the application, too
-        EventWait::until([this] { return !m_ackPending; }, c_lastAnswerTimeout);
-    }
+    EventWait::until([this] { return !m_ackPending; }, c_lastAnswerTimeout); // it falls with the application, too
     stop();
     Q_EMIT txErrorOccured(QStringLiteral("Error: No more prepass data to continue Tx scheduling.\n"
                                          "Please import new data from HelioWeb.\nStopping sequence..."));

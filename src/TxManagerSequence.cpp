@@ -25,6 +25,13 @@ void TxManager::setAckPending(bool pending)
     Q_EMIT ackPendingChanged();
 }
 
+void TxManager::settleAck()
+{
+    if (m_ackPending) {
+        setAckPending(false);
+    }
+}
+
 void TxManager::setSequenceRunning(bool running)
 {
     ZEPGUI_ASSERT(m_sequenceRunning != running, "m_sequenceRunning updated with a redundant state", c_source);
@@ -104,7 +111,7 @@ void TxManager::armSchedule(qint64 milliseconds)
     }
     // One that is too far for a timer is reached by way of followClock().
     m_scheduleTimer->start(static_cast<int>(std::clamp<qint64>(milliseconds, 0, std::numeric_limits<int>::max())));
-    m_scheduleDue = Clock::current()->utcNow().addSecs(m_utcOffsetSeconds).addMSecs(milliseconds);
+    m_scheduleDue = currentUtc().addMSecs(milliseconds);
     refreshTimeUntilNextTx();
 }
 
@@ -237,9 +244,7 @@ void TxManager::onTxDone(const QString &data)
         m_mustQueueAgain = false;
         if (const int next = index + 1; !isLate && next < m_payloadListModel->rowCount()) {
             if (!checkPayloadBeforeTx(next)) {
-                if (m_ackPending) { // stop() settles it where it empties the queue of the device
-                    setAckPending(false);
-                }
+                settleAck();
                 return;
             }
             m_payloadListModel->setStatus(next, Payload::PENDING);
@@ -290,9 +295,7 @@ void TxManager::onLineLost()
     m_lineLost = true;
     m_scheduleTimer->stop();
     m_countdownTimer->stop();
-    if (m_ackPending) {
-        setAckPending(false);
-    }
+    settleAck();
 }
 
 void TxManager::finishRepetition()

@@ -41,9 +41,7 @@ bool ZepManager::eventFilter(QObject *watched, QEvent *event)
     // A wait that spins the event loop inside a call never sees the main loop end; this event is every way to quit.
     if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) {
         m_closing = true;
-        if (m_tx->ackPending()) {
-            m_tx->setAckPending(false); // ends the waits for an answer
-        }
+        m_tx->settleAck(); // ends the waits for an answer
     }
     return QObject::eventFilter(watched, event);
 }

@@ -164,12 +164,8 @@ void ZepManager::bringTransmissionToRest()
 {
     m_tx->stop();
 
-    if (m_tx->ackPending()) {
-        EventWait::until([this] { return !m_tx->ackPending() || m_closing; }, transmissionEndTimeout);
-    }
-    if (m_tx->ackPending()) {
-        m_tx->setAckPending(false);
-    }
+    EventWait::until([this] { return !m_tx->ackPending() || m_closing; }, transmissionEndTimeout);
+    m_tx->settleAck();
     m_tx->resetLoraConfig();
     m_tx->clearPrepassData(false); // the path of the file stays for the next session
     m_tx->applyUtcOffset(0, false);

@@ -65,9 +65,7 @@ bool ZepManager::flushTxFifo(const QString &data, const Payload::Options &option
     }
     m_logger->log(Logger::APP, u"Flushing Tx FIFO..."_s);
     const bool flushed = sendCommand(AtCmdHandler::TXFIFO, {QString()}, longTimeout);
-    if (m_tx->ackPending()) {
-        m_tx->setAckPending(false);
-    }
+    m_tx->settleAck();
     return flushed;
 }
 
@@ -102,7 +100,5 @@ void ZepManager::processDeviceAssertion()
     m_logger->log(Logger::APP, u"A reset was triggered on device, stopping sequence and restoring UTC time..."_s);
     m_tx->stop();
     m_tx->setCustomUtcTime(Clock::current()->utcNow().toString(Qt::ISODate));
-    if (m_tx->ackPending()) {
-        m_tx->setAckPending(false);
-    }
+    m_tx->settleAck();
 }

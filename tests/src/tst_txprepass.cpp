@@ -46,6 +46,16 @@ class TxPrepassTest : public QObject
         model->addPrepass("SAT", tx.utcDateTime().addMSecs(start), QTime(0, 0).addSecs(seconds), 0, false);
     }
 
+    /// From now on each request for the next pass is answered by one that starts \a start ms later.
+    void answerNextPass(qint64 start, int seconds = 300)
+    {
+        m_bench->duringNextPass = [this, start, seconds] {
+            PrepassModel *model = m_bench->manager->prepassProfile()->nextPassModel();
+            model->clear();
+            add(*m_bench->manager, model, start, seconds);
+        };
+    }
+
     /// Writes a table of passes "name seconds-from-now duration".
     void write(const QStringList &passes)
     {
@@ -260,11 +270,8 @@ private Q_SLOTS:
     {
         TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A", "0B"});
         PrepassModel *model = tx.prepassProfile()->nextPassModel();
-        const auto nextPass = [&](qint64 start) {
-            m_bench->duringNextPass = [&tx, model, start] { model->clear(), add(tx, model, start, 300); };
-        };
         const QTimer *timer = m_bench->scheduleTimer;
-        nextPass(100000);
+        answerNextPass(100000);
         tx.payloadListModel()->setData(tx.payloadListModel()->index(0), true, PayloadModel::OptionAckRole);
         tx.start(1);
         QCOMPARE(sent(), "flush nextpass+ack");
@@ -275,13 +282,13 @@ private Q_SLOTS:
         tx.applyUtcOffset(100, false);
         expire(tx); // the pass begins
         QVERIFY(model->getIsActive(0) && qAbs(timer->interval() - 300000) < 2000);
-        nextPass(-1000); // under way already
-        expire(tx);      // the pass ends without an answer
+        answerNextPass(-1000); // under way already
+        expire(tx);            // the pass ends without an answer
         QCOMPARE(timer->interval(), 0);
         expire(tx);
         QCOMPARE(sent(), "0:3 0:2 nextpass+ack 0:3");
 
-        nextPass(100000);
+        answerNextPass(100000);
         tx.onTxDone("0A");
         QTRY_COMPARE(timer->interval(), 100000); // queued, and the rest of the pass is not used
         QCOMPARE(sent(), "0:4 1:2 0B 1:2 1:2 nextpass");
@@ -306,16 +313,14 @@ private Q_SLOTS:
         QFETCH(const QStringList, payloads);
         const bool inRequest = !QByteArray(QTest::currentDataTag()).contains("same pass");
         TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, payloads);
-        PrepassModel *model = tx.prepassProfile()->nextPassModel();
         tx.payloadListModel()->setRedundancy(0, 10);
-        const auto nextPass = [&] { model->clear(), add(tx, model, 100000, 300); };
-        m_bench->duringNextPass = nextPass;
+        answerNextPass(100000);
         tx.start(1);
         QTRY_VERIFY(m_bench->scheduleTimer->isActive());
         expire(tx);
         m_bench->sent.clear();
         if (inRequest) {
-            m_bench->duringNextPass = [&] { nextPass(), tx.onTxDone("0A"); };
+            m_bench->duringNextPass = [&tx, answer = m_bench->duringNextPass] { answer(), tx.onTxDone("0A"); };
             expire(tx);
         } else {
             tx.onTxDone("0A");
@@ -334,8 +339,7 @@ private Q_SLOTS:
     void payloadThatTheModuleDoesNotHaveIsQueuedAgain()
     {
         TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
-        PrepassModel *model = tx.prepassProfile()->nextPassModel();
-        m_bench->duringNextPass = [&] { model->clear(), add(tx, model, 100000, 300); };
+        answerNextPass(100000);
         m_bench->duringRequest = [&] { m_bench->accept = m_bench->sent.last() != "0A"; };
         tx.start(1);
         QTRY_VERIFY(m_bench->scheduleTimer->isActive());
@@ -362,8 +366,7 @@ private Q_SLOTS:
     {
         TxManager &tx = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
         PrepassModel *model = tx.prepassProfile()->nextPassModel();
-        const auto nextPass = [&] { model->clear(), add(tx, model, 100000, 300); };
-        m_bench->duringNextPass = nextPass;
+        answerNextPass(100000);
         tx.start(1);
         QTRY_VERIFY(m_bench->scheduleTimer->isActive());
         m_bench->duringNextPass = [] {};
@@ -378,7 +381,7 @@ private Q_SLOTS:
             return all;
         };
         QCOMPARE(pauses(8), "0 1 2 4 8 10 10 10 ");
-        m_bench->duringNextPass = nextPass;
+        answerNextPass(100000);
         QCOMPARE(pauses(1), "100 ");
         m_bench->duringNextPass = [] {};
         tx.applyUtcOffset(172800, false);
@@ -421,8 +424,7 @@ private Q_SLOTS:
 
         TxManager &module = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
         timer = m_bench->scheduleTimer;
-        PrepassModel *model = module.prepassProfile()->nextPassModel();
-        m_bench->duringNextPass = [&] { model->clear(), add(module, model, 3600000, 600); };
+        answerNextPass(3600000, 600);
         module.start(1);
         QTRY_VERIFY(timer->isActive());
         QCOMPARE(step(module, 3590), 10);

@@ -320,9 +320,9 @@ private Q_SLOTS:
     void whatSettlesATx_data()
     {
         QTest::addColumn<ZepBoard::Module>("module");
-        QTest::addColumn<QString>("told"); // behind the line itself
-        const auto row = [](ZepBoard::Module module, const char *line, const char *told) {
-            QTest::newRow(line) << module << QString(told);
+        QTest::addColumn<QString>("logged"); // behind the line itself
+        const auto row = [](ZepBoard::Module module, const char *line, const char *logged) {
+            QTest::newRow(line) << module << QString(logged);
         };
         row(ZepBoard::ZEP2, "+TX=7,", "A Tx error occured (7)");
         row(ZepBoard::TBX, "+TX=-1,", "A Tx error occured (-1)");
@@ -348,7 +348,7 @@ private Q_SLOTS:
         m_peer->say(QTest::currentDataTag());
         QTRY_VERIFY(!tx->ackPending());
         m_session->log.removeFirst();
-        QTEST(m_session->log.join(u'|').remove(u"[APP] "_s), "told");
+        QTEST(m_session->log.join(u'|').remove(u"[APP] "_s), "logged");
         auto *timer = tx->findChild<QTimer *>(u"scheduleTimer"_s);
         QVERIFY(timer->isActive());
         timer->start(0); // the next Tx goes out
@@ -398,17 +398,15 @@ private Q_SLOTS:
     {
         allowComplaintsOfTheWire();
         QSignalSpy error(m_manager->serialPort(), &SerialPortManager::serialError);
-        const auto hangUpAt = [this](const QString &request) {
-            return QObject::connect(m_peer, &ScriptedPeer::requested, m_peer, [this, request](const QString &asked) {
-                if (asked == request) {
-                    m_peer->hangUp();
-                }
-            });
-        };
-        for (const QString &request :
-             {u"AT+UDATE=?"_s, u"AT+PING=?"_s}) { // of the many questions to a Ranger; the first
+        // One of the many questions to a Ranger, and the first.
+        for (const QString &request : {u"AT+UDATE=?"_s, u"AT+PING=?"_s}) {
             m_peer->answer(request, {});
-            const auto connection = hangUpAt(request);
+            const auto connection =
+                QObject::connect(m_peer, &ScriptedPeer::requested, m_peer, [this, request](const QString &asked) {
+                    if (asked == request) {
+                        m_peer->hangUp();
+                    }
+                });
             QElapsedTimer time;
             time.start();
             QCOMPARE(m_session->connectTo(ZepBoard::RANGER), request != "AT+PING=?"_L1);
