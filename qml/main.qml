@@ -72,4 +72,9 @@ T.ApplicationWindow {
             visible: false
         }
     }
+
+    Loader {
+        active: ZepManager.journal.uncleanFiles.length > 0
+        source: "dialogs/UncleanEndDialog.qml"
+    }
 }
