@@ -74,7 +74,7 @@ T.ApplicationWindow {
     }
 
     Loader {
-        active: ZepManager.journal.uncleanFiles.length > 0
+        active: ZepManager.journal.uncleanFiles !== ""
         source: "dialogs/UncleanEndDialog.qml"
     }
 }

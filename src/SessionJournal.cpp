@@ -30,7 +30,7 @@ SessionJournal::SessionJournal(ZepManager *manager) : QObject(manager), m_manage
         return;
     }
     m_folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/journal"_L1;
-    m_uncleanFiles = JournalWriter::takeUncleanEnds(m_folder);
+    m_uncleanFiles = JournalWriter::takeUncleanEnds(m_folder).join(u'\n');
     m_writer = new JournalWriter(m_folder);
     connect(manager, &ZepManager::connected, this, &SessionJournal::begin);
     connect(manager, &ZepManager::disconnected, this, &SessionJournal::end);

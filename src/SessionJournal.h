@@ -6,7 +6,6 @@
 #include <QByteArray>
 #include <QDate>
 #include <QObject>
-#include <QStringList>
 #include <QUrl>
 #include <QtQmlIntegration>
 
@@ -24,7 +23,7 @@ class SessionJournal : public QObject
 {
     Q_OBJECT
     QML_ANONYMOUS
-    Q_PROPERTY(QStringList uncleanFiles READ uncleanFiles CONSTANT)
+    Q_PROPERTY(QString uncleanFiles READ uncleanFiles CONSTANT)
     Q_PROPERTY(QUrl folder READ folder CONSTANT)
 
 public:
@@ -33,8 +32,8 @@ public:
     /// Ends the session's file regularly. Waits up to 2 s for the disk.
     ~SessionJournal() override;
 
-    /// The paths of the sessions that had no regular end and have not been reported before, oldest first.
-    [[nodiscard]] QStringList uncleanFiles() const { return m_uncleanFiles; }
+    /// The path of each session that had no regular end and has not been reported before, one a line, oldest first.
+    [[nodiscard]] QString uncleanFiles() const { return m_uncleanFiles; }
     [[nodiscard]] QUrl folder() const { return QUrl::fromLocalFile(m_folder); }
 
     /// Appends \a reason and waits up to 2 s until the disk has all of the session: the process is about to end.
@@ -47,7 +46,7 @@ private:
 
     ZepManager *m_manager;
     QString m_folder;
-    QStringList m_uncleanFiles;
+    QString m_uncleanFiles;
     JournalWriter *m_writer = nullptr; ///< null when the journal is disabled
     QDate m_date;                      ///< of the last line, by the interface's clock
     qint64 m_utcOffset = 0;            ///< of that clock then, in seconds

@@ -24,7 +24,7 @@ ModalDialog {
     T.Label {
         id: label
 
-        text: qsTr("Its log is kept in:\n%1").arg(ZepManager.journal.uncleanFiles.join("\n"))
+        text: qsTr("Its log is kept in:\n%1").arg(ZepManager.journal.uncleanFiles)
         textFormat: Text.PlainText
         width: Overlay.overlay ? Math.min(550, Overlay.overlay.width - 4 * root.padding) : 550
         wrapMode: Text.Wrap

@@ -244,7 +244,9 @@ private Q_SLOTS:
     void uncleanEndIsReportedAndItsFolderOffered()
     {
         m_ui->stop();
-        QSettings(u"config.ini"_s, QSettings::IniFormat).setValue("Journal/enabled", true);
+        QSettings config(u"config.ini"_s, QSettings::IniFormat);
+        config.setValue("Journal/enabled", true);
+        config.sync();
         const QDir folder(m_ui->folder.filePath(u"Sarvane/ZepGUI/journal"_s));
         const QString log = folder.filePath(u"2026-11-25_23-59-59-500_ZEP2.log"_s);
         QVERIFY(folder.mkpath(u"."_s));
