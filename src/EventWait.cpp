@@ -43,7 +43,7 @@ private:
     int m_turnsLeft = 0;
 };
 
-QPointer<InputHold> hold;
+QPointer<InputHold> hold; // dies with the application; clazy:exclude=non-pod-global-static
 
 } // namespace
 

@@ -121,8 +121,8 @@ void LogModel::dropOldest()
     m_lines.erase(m_lines.cbegin(), m_lines.cbegin() + (rows - 1));
     m_publishedCount -= rows - 1;
     endRemoveRows();
-    m_lines.first() =
-        QStringLiteral("%1 older lines were dropped here; the journal has them unless it is switched off").arg(m_droppedCount);
+    m_lines.first() = QStringLiteral("%1 older lines were dropped here; the journal has them unless it is switched off")
+                          .arg(m_droppedCount);
     Q_EMIT dataChanged(index(0), index(0), {ShownRole});
     Q_EMIT dropped(rows);
 }
