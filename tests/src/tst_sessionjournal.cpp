@@ -149,7 +149,7 @@ private Q_SLOTS:
         manager->logger()->log(Logger::APP, u"an hour back"_s);
         manager.reset(); // the window was closed
         QCOMPARE(folder().entryList(QDir::Files), QStringList(QFileInfo(path).fileName()));
-        const QString expected = uR"(^# ZepGUI [0-9.]+, ZEP1 on port %1, connected 2026-11-25 23:59:59 UTC
+        const QRegularExpression expected(uR"(^# ZepGUI [0-9.]+, ZEP1 on port %1, connected 2026-11-25 23:59:59 UTC
 # 2026-11-25
 \[23:59:59:500\] \[APP\] AT\+PING=\?
 \[23:59:59:500\] \[ZEP\] \+OK
@@ -159,8 +159,8 @@ private Q_SLOTS:
 # 2026-11-25, clock 3600 s behind UTC
 \[23:00:00:500\] \[APP\] an hour back
 # Ended 2026-11-26 00:00:00 UTC
-$)"_s.arg(m_session->peer.path());
-        QVERIFY2(QRegularExpression(expected).match(QString::fromUtf8(content(path))).hasMatch(), content(path));
+$)"_s.arg(m_session->peer.path()));
+        QVERIFY2(expected.match(QString::fromUtf8(content(path))).hasMatch(), content(path));
     }
 
     void uncleanEndKeepsItsLastSecondAndIsReportedOnce_data()
