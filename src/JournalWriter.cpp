@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 namespace {
 constexpr auto collectingTime = 500ms; // one write serves all lines of it
 constexpr auto retryTime = 2s;         // after a failure
-constexpr qint64 mebibyte = 1024 * 1024;
+constexpr qint64 mebibyte = 1 << 20;
 constexpr qint64 backlogMax = 16 * mebibyte;
 constexpr qint64 partSize = 25 * mebibyte;
 constexpr qint64 folderSize = 100 * mebibyte;

@@ -35,7 +35,9 @@ std::binary_semaphore diskWorks{0};
 constexpr auto childVariable = "ZEPGUI_JOURNAL_CHILD"; ///< of the environment
 constexpr int childPeriod = 20;                        // ms from line to line, at least
 constexpr int linesInASecond = 1000 / childPeriod;
-const QString bigLine = "big"_L1 + QString(100 * 1024, u'x');
+constexpr qsizetype bigSize = 100 << 10;
+constexpr qint64 mebibyte = 1 << 20;
+const QString bigLine = "big"_L1 + QString(bigSize, u'x');
 constexpr qsizetype stampSize = sizeof "[hh:mm:ss:zzz] [APP] " - 1;
 
 QByteArray content(const QString &path)
@@ -300,7 +302,7 @@ $)"_s.arg(m_session->peer.path()));
         QByteArray all;
         for (const QString &name : names) {
             const QByteArray text = content(folder().filePath(name));
-            QVERIFY(text.size() <= 25 * 1024 * 1024);
+            QVERIFY(text.size() <= 25 * mebibyte);
             QVERIFY(text.startsWith("# ZepGUI ") && text.mid(text.indexOf('\n')).startsWith("\n# 20"));
             all += text;
         }
@@ -331,7 +333,7 @@ $)"_s.arg(m_session->peer.path()));
         }
         for (const QString &name : names + QStringList(u"mine.log"_s)) {
             QFile file(folder().filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size * 1024 * 1024));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size * mebibyte));
         }
         QLockFile other(folder().filePath(names.at(2).chopped(4) + ".lock"_L1));
         QVERIFY(other.tryLock());
