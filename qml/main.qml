@@ -72,4 +72,9 @@ T.ApplicationWindow {
             visible: false
         }
     }
+
+    Loader {
+        active: ZepManager.journal.uncleanFiles !== ""
+        source: "dialogs/UncleanEndDialog.qml"
+    }
 }

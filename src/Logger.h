@@ -31,6 +31,8 @@ public:
     void log(Source source, const QString &message);
     /// Sets the distance of the interface's clock from UTC, in seconds of either sign.
     void setUtcOffset(qint64 seconds) { m_utcOffsetSeconds = seconds; }
+    /// As set by setUtcOffset(), in seconds.
+    [[nodiscard]] qint64 utcOffset() const { return m_utcOffsetSeconds; }
 
     /// Asks every pane to empty itself.
     Q_INVOKABLE void clearLogs();

@@ -114,6 +114,9 @@ void TxManager::loadPayloads()
 
 void TxManager::saveSettings()
 {
+    if (!m_settings.group().isEmpty()) {
+        return; // an assertion failed while the settings were loaded or saved: what is stored is better
+    }
     // Windows that close at once take turns, and each reads first what the others wrote: payloads that it does not know
     // of would outlive the removal of the group, behind its own.
     QLockFile turn(m_settings.fileName() + QLatin1String(c_saveLock));

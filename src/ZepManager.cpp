@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZepManager.h"
+#include "Assertion.h"
 #include "EventWait.h"
+#include "SessionJournal.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -20,6 +22,13 @@ ZepManager::ZepManager(QObject *parent, SerialPortManager *serialPort)
     m_tx = new TxManager(m_logger, std::bind(&ZepManager::requestTx, this, _1, _2, _3),
                          std::bind(&ZepManager::getSatelliteNextPass, this, _1), this);
     QObject::connect(m_tx, &TxManager::setRadioConfRequest, this, &ZepManager::setRadioConf);
+    m_journal = new SessionJournal(this);
+    setAssertionHook([manager = QPointer(this)](const QByteArray &reason) {
+        if (manager) {
+            manager->m_journal->keepReason(reason);
+            manager->saveSettings();
+        }
+    });
 
     m_requestTimer = new QTimer(this);
     QObject::connect(m_serialPort, &SerialPortManager::doneReading, this, &ZepManager::onSerialRead);

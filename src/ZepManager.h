@@ -21,6 +21,7 @@
 class QJSEngine;
 class QQmlEngine;
 class QTimer;
+class SessionJournal;
 
 /// The object at the centre: it owns the serial link, the logger and the transmission side for the life of the
 /// process, and the board and the codec for the life of a session. Views call its invokable operations and bind to
@@ -32,12 +33,14 @@ class QTimer;
 class ZepManager : public QObject
 {
     Q_OBJECT
+    Q_MOC_INCLUDE("SessionJournal.h")
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(SerialPortManager *serialPort READ serialPort CONSTANT)
     Q_PROPERTY(ZepBoard *board READ board NOTIFY boardChanged)
     Q_PROPERTY(Logger *logger READ logger CONSTANT)
     Q_PROPERTY(TxManager *tx READ tx NOTIFY txChanged)
+    Q_PROPERTY(SessionJournal *journal READ journal CONSTANT)
     Q_PROPERTY(bool processingData READ processingData NOTIFY processingDataChanged)
 
 public:
@@ -57,9 +60,11 @@ public:
     [[nodiscard]] ZepBoard *board() const { return m_board; }
     [[nodiscard]] Logger *logger() const { return m_logger; }
     [[nodiscard]] TxManager *tx() const { return m_tx; }
+    [[nodiscard]] SessionJournal *journal() const { return m_journal; }
     [[nodiscard]] bool processingData() const { return m_processingData; }
 
-    /// Writes the user's settings of the transmission side; the main window calls it when it closes.
+    /// Writes the user's settings of the transmission side; the main window calls it when it closes, and a
+    /// failed assertion before it ends the program.
     Q_INVOKABLE void saveSettings();
     /// EXPERT reads the frequency and the power of a ZEP1 as well; takes effect at the next connect().
     Q_INVOKABLE void setMode(ZepManager::Mode mode);
@@ -238,6 +243,7 @@ private:
     Logger *m_logger = nullptr;
     QPointer<AtCmdHandler> m_atCmdHandler;
     TxManager *m_tx = nullptr;
+    SessionJournal *m_journal = nullptr;
     bool m_processingData = false;
     Mode m_mode = BASIC;
     bool m_requestFailed = false;

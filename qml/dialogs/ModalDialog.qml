@@ -7,7 +7,7 @@ import QtQuick.Controls.Material
 import "../types" as T
 
 /// A modal dialog no wider than its window, and inside it wherever its parent stands. The title may come from outside
-/// the program, so it is never taken for rich text. Its Ok button has the focus, or else its Cancel button.
+/// the program, so it is never taken for rich text. Its Ok button has the focus, or else its Cancel or Close button.
 Dialog {
     id: root
 
@@ -25,7 +25,7 @@ Dialog {
         wrapMode: Text.Wrap
     }
 
-    onAboutToShow: (standardButton(Dialog.Ok) ?? standardButton(Dialog.Cancel))?.forceActiveFocus(Qt.PopupFocusReason)
+    onAboutToShow: (standardButton(Dialog.Ok) ?? standardButton(Dialog.Cancel) ?? standardButton(Dialog.Close))?.forceActiveFocus(Qt.PopupFocusReason)
 
     T.FlatBackground {
         mBackground: root.background

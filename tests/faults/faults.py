@@ -58,7 +58,8 @@ class Session:
     def start_program(self):
         from window import Window
         self.stage.start_program(SETTINGS.format(module=self.board.module, redundancy=2 if self.quick else 1,
-                                                 delay=6 if self.quick else 60))
+                                                 delay=6 if self.quick else 60),
+                                 journal=False)  # its dialog would open at each start after a program that was ended
         self.window = Window(self.stage.program.pid)
         self.press = self.window.click
         self.window.wait_for("Connect")

@@ -46,13 +46,14 @@ void prepareProcess()
     QCoreApplication::setOrganizationName(Identity::organization);
     QCoreApplication::setApplicationName(Identity::name);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit()); // for an input that enables the journal
     Fuzz::require(QDir::setCurrent(folder.path()) && QDir().mkpath(Identity::organization), "no folder to work in");
 }
 
 void prepareInput()
 {
     Fuzz::write(Fuzz::settingsFile(), {});
-    Fuzz::write(u"config.ini"_s, "[Prepass]\naopWebRequestUrl=\n");
+    Fuzz::write(u"config.ini"_s, "[Prepass]\naopWebRequestUrl=\n[Journal]\nenabled=false\n");
 }
 
 } // namespace

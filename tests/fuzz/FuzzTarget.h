@@ -14,7 +14,7 @@
 
 /// What a file target_<name>.cpp defines: works on one input, with objects of its own, and ends the process when what
 /// comes of it is wrong. The working directory is a folder of the process's own, with an empty store of settings, a
-/// config.ini without a bulletin service, and nothing else that another input has left.
+/// config.ini without a bulletin service and a journal, and nothing else that another input has left.
 void fuzzOne(const QByteArray &input);
 
 namespace Fuzz {

@@ -54,8 +54,9 @@ class Program:
         def limited():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)  # the write fails, as on a full disk
             resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
-        environment = dict(os.environ, HOME=folder, XDG_CONFIG_HOME=folder, XDG_RUNTIME_DIR=folder, LC_ALL="C.UTF-8",
-                           QT_PLUGIN_PATH=build / "plugins", QT_QPA_GENERIC_PLUGINS="hand")
+        environment = dict(os.environ, HOME=folder, XDG_CONFIG_HOME=folder, XDG_DATA_HOME=folder / "data",
+                           XDG_RUNTIME_DIR=folder, LC_ALL="C.UTF-8", QT_PLUGIN_PATH=build / "plugins",
+                           QT_QPA_GENERIC_PLUGINS="hand")
         if limit != resource.RLIM_INFINITY:  # nor may it tear what the build counts of the lines that ran
             environment["GCOV_PREFIX"] = folder / "counts"
         pipes = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.PIPE)
@@ -256,7 +257,8 @@ target.parent.mkdir()
 with subprocess.Popen([build / "sim/zepsim", "--board", "ranger", "--auto-wake", "0.05", "--bulletins", "0"],
                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True) as simulator:
     port, bulletins = simulator.stdout.readline().strip(), simulator.stdout.readline().split()[1]
-    (folder / "config.ini").write_text(f'[Prepass]\naopWebRequestUrl="{bulletins}?login=a&password=b&application=c"\n')
+    (folder / "config.ini").write_text(f'[Prepass]\naopWebRequestUrl="{bulletins}?login=a&password=b&application=c"\n'
+                                       "[Journal]\nenabled=false\n")
     try:
         for step in (regular_closes, starting, closing, locks_without_a_name, two_windows, full_disk_at_a_close,
                      exports, full_disk_at_an_export):

@@ -3,6 +3,8 @@
 
 #include "Program.h"
 
+#include <QDesktopServices>
+#include <QDir>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +15,8 @@ const QString wakeUp = u"Please press wake up button"_s;
 class TestShell : public ProgramTest
 {
     Q_OBJECT
+
+    QList<QUrl> m_opened; ///< by the desktop
 
     [[nodiscard]] QString page() const { return m_ui->bar()->state(); }
     [[nodiscard]] QObject *settings() const { return m_ui->singleton("Settings", "Settings"); }
@@ -51,6 +55,7 @@ class TestShell : public ProgramTest
 private Q_SLOTS:
     void init() { m_ui = std::make_unique<Program>(); }
     void cleanup() { m_ui.reset(); }
+    void open(const QUrl &url) { m_opened.append(url); }
 
     void errorOfASequenceCanBeAnswered()
     {
@@ -234,6 +239,35 @@ private Q_SLOTS:
         QVERIFY(!m_ui->manager->board());
         QTRY_VERIFY(!find(u"Cancel"_s) && !find(u"OK"_s));
         connectBoard(u"ZEP1"_s);
+    }
+
+    void uncleanEndIsReportedAndItsFolderOffered()
+    {
+        m_ui->stop();
+        QSettings config(u"config.ini"_s, QSettings::IniFormat);
+        config.setValue("Journal/enabled", true);
+        config.sync();
+        const QDir folder(m_ui->folder.filePath(u"Sarvane/ZepGUI/journal"_s));
+        const QString log = folder.filePath(u"2026-11-25_23-59-59-500_ZEP2.log"_s);
+        QVERIFY(folder.mkpath(u"."_s));
+        QDesktopServices::setUrlHandler(u"file"_s, this, "open");
+        for (const bool isFolderWanted : {false, true}) {
+            for (const QString &path : {log, QString(log).replace(".log"_L1, ".lock"_L1)}) {
+                QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+            }
+            m_ui->start();
+            QTRY_VERIFY(find(u"Its log is kept in:\n"_s + log));
+            QTRY_VERIFY(find(u"Close"_s)->hasActiveFocus());
+            if (isFolderWanted) {
+                click(u"Open folder"_s);
+            } else {
+                QTest::keyClick(m_ui->window, Qt::Key_Escape);
+            }
+            QTRY_VERIFY(!find(u"Open folder"_s));
+            m_ui->stop();
+        }
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        QCOMPARE(m_opened, QList<QUrl>{QUrl::fromLocalFile(folder.path())});
     }
 
     void wakeUpDialogClosesWithTheWait()

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-Place::Place(const QString &aopUrl)
+Place::Place(const QString &aopUrl, bool hasJournal)
 {
     failOnCritical();
     if (!folder.isValid()) {
@@ -21,12 +21,15 @@ Place::Place(const QString &aopUrl)
     QCoreApplication::setOrganizationName(Identity::organization);
     QCoreApplication::setApplicationName(Identity::name);
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
     QDir::setCurrent(folder.path());
-    QSettings(u"config.ini"_s, QSettings::IniFormat) // a file; clazy:exclude=writing-to-temporary
-        .setValue("Prepass/aopWebRequestUrl", aopUrl);
+    QSettings config(u"config.ini"_s, QSettings::IniFormat);
+    config.setValue("Prepass/aopWebRequestUrl", aopUrl);
+    config.setValue("Journal/enabled", hasJournal);
 }
 
-ScriptedSession::ScriptedSession(const QString &aopUrl) : m_place(aopUrl), peer(nullptr), manager(nullptr)
+ScriptedSession::ScriptedSession(const QString &aopUrl, bool hasJournal)
+    : m_place(aopUrl, hasJournal), peer(nullptr), manager(nullptr)
 {
     for (const auto &[request, answer] : {
              std::pair{u"AT+PING=?"_s, u"+OK"_s},

@@ -8,10 +8,12 @@
 
 #include <QTemporaryDir>
 
-/// Settings and a working directory of a program's own. Stands before a ZepManager, which reads both when it is made.
+/// Settings, application data and a working directory of a program's own. Stands before a ZepManager, which reads them
+/// when it is made.
 struct Place
 {
-    explicit Place(const QString &aopUrl);
+    /// The journal of the sessions is off unless \a hasJournal.
+    explicit Place(const QString &aopUrl, bool hasJournal = false);
     QTemporaryDir folder;
 };
 
@@ -21,7 +23,7 @@ struct Place
 struct ScriptedSession
 {
     /// \a aopUrl is the address of the bulletins; empty leads nowhere.
-    explicit ScriptedSession(const QString &aopUrl = {});
+    explicit ScriptedSession(const QString &aopUrl = {}, bool hasJournal = false);
 
     /// Whether a session with a board of that kind came about. The wake-up button of a Ranger is pressed when asked
     /// for.

@@ -143,6 +143,10 @@ def close(tour):
     check("qrc:" not in tour.stage.process_log(), f"a fault of the QML: {tour.stage.process_log()}")
     saved = (tour.stage.work / "home/.config/Sarvane/ZepGUI.conf").read_text()
     check(tour.board == "ranger" or "A1B2C3D4" in saved, "the payload was not saved")
+    journal = tour.stage.work / "home/.local/share/Sarvane/ZepGUI/journal"
+    kept = set("".join(file.read_text() for file in journal.glob("*.log")).splitlines())
+    lost = [line for line in tour.session_log.splitlines() if line not in kept]
+    check(tour.session_log and not lost and not list(journal.glob("*.lock")), f"not in the journal: {lost}")
 
 
 BEGIN = [first_visit, expert_mode, connect]

@@ -123,16 +123,18 @@ class Stage:
         if not answer.startswith("ok"):
             raise TourError(f"the simulator refused '{line}': {answer}")
 
-    def start_program(self, settings):
-        """settings: the text of the user's settings file that the program finds."""
+    def start_program(self, settings, journal=True):
+        """settings: the text of the user's settings file that the program finds. journal: keep one of each session."""
         configuration = self.work / "home/.config/Sarvane"
         configuration.mkdir(parents=True, exist_ok=True)
         (configuration / "ZepGUI.conf").write_text(settings)
         shutil.copytree(ROOT / "sim/rconf", self.work / "rconf", dirs_exist_ok=True)
         service = f"{self.bulletins}?login=a&password=b&application=c"
         (self.work / "config.ini").write_text(f"[rconf]\ndir=rconf\n\n[Serial]\nextraPorts={self.port}\n\n"
-                                              f'[Prepass]\naopWebRequestUrl="{service}"\n')
+                                              f'[Prepass]\naopWebRequestUrl="{service}"\n\n'
+                                              f"[Journal]\nenabled={str(journal).lower()}\n")
         environment = dict(self.environment, HOME=str(self.work / "home"), XDG_CONFIG_HOME=str(configuration.parent),
+                           XDG_DATA_HOME=str(self.work / "home/.local/share"),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QUICK_BACKEND="software", QT_QPA_PLATFORM="xcb",
                            ASAN_OPTIONS="detect_leaks=0", LC_ALL="C.UTF-8",
                            QT_LOGGING_RULES="default.warning=true")  # a fault of the QML is one

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "DiskSync.h"
 #include "SerialLine.h"
 
 #include <QFile>
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -26,4 +28,15 @@ QString serialLineOpenProblem(const QString &portName)
         return {};
     }
     return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+bool syncToDisk(const QString &path)
+{
+    const int handle = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0) {
+        return false;
+    }
+    const bool isSynced = fsync(handle) == 0;
+    close(handle);
+    return isSynced;
 }
