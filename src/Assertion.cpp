@@ -17,8 +17,8 @@ void setAssertionHook(std::function<void(const QByteArray &reason)> hook)
 void failAssertion(const char *source, const char *condition, const char *text)
 {
     const QByteArray reason = QByteArray("ASSERT failure in ") + source + ": " + condition + " && \"" + text + '"';
-    if (const auto hook =
-            std::exchange(assertionHook, nullptr)) { // an assertion inside the hook does not call it again
+    // An assertion inside the hook does not call it again.
+    if (const auto hook = std::exchange(assertionHook, nullptr)) {
         hook(reason);
     }
     qFatal("%s", reason.constData());
