@@ -40,16 +40,20 @@ bool ZepManager::requestTx(const QString &data, const Payload::Options &options,
     if (attribute != 0 && profile != TxManager::PREPASS) {
         message << "0x"_L1 + QString::number(attribute);
     }
-    // A reset of the device may stand where the answer to ATXRP should: then nothing may go out any more, for nobody
-    // would await it.
+    // A reset of the device may stand where the answer to ATXRP should, or behind it: then nothing may go out any more,
+    // for nobody would await it.
+    const auto isWantedStill = [this] {
+        deliverHeldLines();
+        return m_tx->sequenceRunning();
+    };
     if (profile == TxManager::PREPASS_ON_MODULE) {
         const int repetition = options.optionImportant ? moduleRepetitionImportant : moduleRepetition;
         return sendCommand(AtCmdHandler::ATXRP, {QString::number(repetition), QString::number(moduleRepetitionPeriod)},
                            shortTimeout) &&
-               m_tx->sequenceRunning() && sendCommand(AtCmdHandler::TXDATA, message, shortTimeout);
+               isWantedStill() && sendCommand(AtCmdHandler::TXDATA, message, shortTimeout);
     }
     // The application repeats by itself: the device's own repetition is turned off.
-    return sendCommand(AtCmdHandler::ATXRP, {u"0"_s}, shortTimeout) && m_tx->sequenceRunning() &&
+    return sendCommand(AtCmdHandler::ATXRP, {u"0"_s}, shortTimeout) && isWantedStill() &&
            sendCommand(AtCmdHandler::TX, message, longTimeout);
 }
 
