@@ -4,12 +4,10 @@
 #include "FuzzTarget.h"
 
 #include <cstdio>
-#include <utility>
 
 #include <QAbstractItemModel>
 #include <QCoreApplication>
 #include <QDir>
-#include <QEvent>
 #include <QFile>
 #include <QMetaProperty>
 #include <QSerialPortInfo>
@@ -18,13 +16,15 @@
 
 #include "Identity.h"
 #include "TxManager.h"
-#include "VirtualClock.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 minute = 60000; // ms
+constexpr std::chrono::minutes minute{1};
+const QDateTime dateOfEveryInput(QDate(2026, 1, 7), QTime(10, 0), Qt::UTC);
+
+VirtualTime *virtualTime = nullptr;
 
 void onMessage(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
@@ -38,8 +38,8 @@ void prepareProcess()
     static int argc = 1;
     static char name[] = "fuzz";
     static char *argv[] = {name, nullptr};
-    qputenv("QT_NO_GLIB", "1");
     qputenv("TZ", "UTC");
+    virtualTime = VirtualTime::install();
     static const QCoreApplication application(argc, argv);
     static const QTemporaryDir folder(QDir(u"/dev/shm"_s).exists() ? u"/dev/shm/fuzz-XXXXXX"_s : u"fuzz-XXXXXX"_s);
     qInstallMessageHandler(onMessage);
@@ -99,53 +99,22 @@ void Fuzz::readAll(const QObject *object)
     }
 }
 
-Fuzz::Pump::Pump(std::function<void()> onTurn) : m_onTurn(std::move(onTurn))
+VirtualTime &Fuzz::time()
 {
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-}
-
-bool Fuzz::Pump::event(QEvent *event)
-{
-    if (event->type() != QEvent::User) {
-        return QObject::event(event);
-    }
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User)); // first, for the turns inside the call
-    m_onTurn();
-    return true;
+    return *virtualTime;
 }
 
 void Fuzz::Bench::run(int minutes)
 {
-    const auto answer = [this] { tx.onTxDone(sent); };
-    int turns = 0;
-    const Pump pump([&] {
-        if (turns++ > 0) { // the sequence itself spins the event loop, for the last answer
-            answer();
-            VirtualClock::advance(1);
-        }
-    });
-    const auto work = [&turns] {
-        turns = 0;
-        QCoreApplication::processEvents();
-    };
     for (int passed = 0; passed < minutes; ++passed) {
-        work();
-        if (tx.ackPending()) { // in time: an answer that is out when the next Tx is due ends the program
-            answer();
-        }
-        VirtualClock::advance(minute);
-        work();
+        QCoreApplication::processEvents();
+        time().sleep(minute); // cheaper than a minute of timers
+        QCoreApplication::processEvents();
     }
     readAll(&tx);
 }
 
-// These two stand before those of the libraries. What is written here need not outlive the machine.
-extern "C" int fdatasync(int)
-{
-    return 0;
-}
-
-// The ports of this machine are no input, and take longer to find than all else.
+// Replaces the library's: the ports of this machine are no input, and finding them takes longer than all else.
 QList<QSerialPortInfo> QSerialPortInfo::availablePorts()
 {
     return {};
@@ -160,9 +129,8 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     prepareInput();
-    VirtualClock::begin();
+    virtualTime->setDate(dateOfEveryInput);
     fuzzOne(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    VirtualClock::end();
     return 0;
 }

@@ -3,14 +3,14 @@
 
 #pragma once
 
-#include <functional>
-
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include "Logger.h"
 #include "TxManager.h"
+#include "VirtualTime.h"
 
 /// What a file target_<name>.cpp defines: works on one input, with objects of its own, and ends the process when what
 /// comes of it is wrong. The working directory is a folder of the process's own, with an empty store of settings, a
@@ -30,30 +30,20 @@ QString settingsFile();
 /// of the rows of models.
 void readAll(const QObject *object);
 
-/// Calls \a onTurn once in every turn of the event loop, whoever spins it, also inside such a call. A timer would be
-/// dumb there.
-class Pump : public QObject
-{
-public:
-    explicit Pump(std::function<void()> onTurn);
+/// The program's clock and event loop. Every input begins at 2026-01-07T10:00:00Z, so that it always has the same
+/// effect. The fuzzing engine uses the real time.
+VirtualTime &time();
 
-private:
-    bool event(QEvent *event) override;
-
-    std::function<void()> m_onTurn;
-};
-
-/// A TxManager whose device takes every payload.
+/// A TxManager whose device takes every payload, and confirms it five seconds later.
 struct Bench
 {
-    /// Lets the sequence go on, minute by minute; the device confirms what it owes.
+    /// Lets the sequence go on, minute by minute.
     void run(int minutes);
 
     Logger logger;
-    QString sent;
     TxManager tx{&logger,
                  [this](const QString &data, const Payload::Options &, bool) {
-                     sent = data;
+                     QTimer::singleShot(5000, &logger, [this, data] { tx.onTxDone(data); });
                      return true;
                  },
                  [](const Payload::Options &) {}};

@@ -2,30 +2,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a device says, into a session of its board. The first line of an input is the name of the board; each other line
-// is one of the device or, behind "> ", a deed of the user:
+// is one of the device or, behind "> ", an action of the user:
 //   > payload TEXT, > ack, > profile 0|1|2, > start, > stop, > wait SECONDS,
 //   > next pass, > get config|identity, > upload, > custom LINE
-// A line reaches the program in a turn of the event loop of its own, whoever spins it; so the lines behind a deed that
-// asks the device answer it. When the next line is a deed, the device is silent and the clock runs.
+// The device says a line a millisecond, also while a request waits, so the lines behind an action that asks the device
+// are the answer. Before an action it says nothing, and time passes.
 
 #include "FuzzTarget.h"
 #include "PayloadModel.h"
-#include "VirtualClock.h"
+#include "SerialPortManager.h"
 #include "ZepManager.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include <array>
-#include <utility>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int silence = 1000;      // ms of a turn in which nothing is said
-constexpr int longestOwed = 55;    // seconds that a device may owe the answer to a Tx
-constexpr int longestWait = 86400; // s
-constexpr int presses = 3;         // of the wake-up button; then the user has enough
+constexpr std::chrono::seconds step{1};         // of time, while the device says nothing
+constexpr std::chrono::seconds resultAfter{55}; // of a Tx, at the latest
+constexpr int longestWait = 86400;              // s
+constexpr int pressesMax = 3;                   // of the wake-up button; then the user cancels
 
 ZepBoard::Module boardOf(const QByteArray &name)
 {
@@ -35,22 +36,36 @@ ZepBoard::Module boardOf(const QByteArray &name)
                                 : boards.at(static_cast<std::size_t>(name.size()) % boards.size());
 }
 
+/// Cannot be opened, which leaves a session that nothing is written for.
+class NoPort : public SerialPortManager
+{
+public:
+    bool open(const QString &) override { return false; }
+    void write(const QByteArray &) override {}
+};
+
 class Script : public QObject
 {
 public:
-    explicit Script(const QByteArray &input) : m_lines(input.split('\n')), m_module(boardOf(m_lines.takeFirst()))
+    explicit Script(const QByteArray &input) : m_lines(input.split('\n'))
     {
         connect(&m_manager, &ZepManager::userActionRequested, this, &Script::pressButton, Qt::QueuedConnection);
-        m_manager.connect(m_module, u"no-such-port"_s, u"Default"_s); // leaves a session without a wire
+        m_tick.setSingleShot(true); // started again before a line is said, for the waits inside
+        m_tick.setTimerType(Qt::PreciseTimer);
+        connect(&m_tick, &QTimer::timeout, this, &Script::onTick);
+        m_manager.connect(boardOf(m_lines.takeFirst()), {}, u"Default"_s);
+        listen();
     }
 
     void play()
     {
         while (!m_lines.isEmpty()) {
-            if (isDeed()) {
-                act(m_lines.takeFirst().mid(2).trimmed());
+            if (isAction()) {
+                const QByteArray action = m_lines.takeFirst().mid(2).trimmed();
+                listen();
+                act(action);
             } else {
-                QCoreApplication::processEvents();
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             }
         }
         Fuzz::readAll(&m_manager);
@@ -60,62 +75,58 @@ public:
     }
 
 private:
-    [[nodiscard]] bool isDeed() const { return m_lines.first().startsWith("> "); }
-    /// Whether a stop empties the queue of the device. A malformed payload behind the first one would end the program
-    /// there, which is known: no input may get so far.
-    [[nodiscard]] bool hasQueue() const { return m_module == ZepBoard::ZEP2 || m_module == ZepBoard::TBX; }
+    [[nodiscard]] bool isAction() const { return m_lines.first().startsWith("> "); }
 
-    void say(const QByteArray &line)
-    {
-        if (hasQueue() && m_tx->sequenceRunning() && line.contains("RCONF")) {
-            return;
-        }
-        QMetaObject::invokeMethod(&m_manager, "onSerialRead", Q_ARG(QString, QString::fromUtf8(line.trimmed())));
-    }
+    void say(const QByteArray &line) { Q_EMIT m_port->doneReading(QString::fromUtf8(line.trimmed())); }
 
-    void pass(int milliseconds)
+    /// The device may say its next line a millisecond from now.
+    void listen() { m_tick.start(1); }
+
+    /// To be called before \a duration passes. The program ends by design when a Tx is accepted while the result of
+    /// another one is pending, so the result comes before the next Tx is due.
+    void sayPendingResult(std::chrono::seconds duration)
     {
-        // An answer that is out when the next Tx is due ends the program, which is known as well.
-        const bool owes =
+        const bool isPending =
             m_tx->ackPending() && m_tx->sequenceRunning() && m_tx->selectedProfile() != TxManager::PREPASS_ON_MODULE;
-        m_owed = owes ? m_owed + milliseconds / silence : 0;
-        if (m_owed > longestOwed) {
-            m_owed = 0;
+        m_pendingFor = isPending ? m_pendingFor + duration : std::chrono::seconds{0};
+        if (m_pendingFor > resultAfter) {
+            m_pendingFor = {};
             say("+TX=0,");
         }
-        VirtualClock::advance(milliseconds);
     }
 
-    void onTurn()
+    void onTick()
     {
-        if (std::exchange(m_listening, false)) {
-            return;
-        }
-        if (m_lines.isEmpty() || isDeed()) {
-            pass(silence);
+        if (m_lines.isEmpty() || isAction()) {
+            m_tick.start(step);
+            sayPendingResult(step);
         } else {
-            say(m_lines.takeFirst());
+            const QByteArray line = m_lines.takeFirst();
+            listen();
+            say(line);
         }
     }
 
     void pressButton()
     {
-        if (++m_pressed > presses) {
+        if (++m_presses > pressesMax) {
             m_manager.cancelModuleRequest();
         } else {
             say("RANGER -- BUTTON PUSHED");
         }
     }
 
-    void act(const QByteArray &deed)
+    void act(const QByteArray &action)
     {
-        const QByteArray word = deed.split(' ').first();
-        const QByteArray rest = deed.mid(word.size() + 1);
-        const bool idle = !m_tx->sequenceRunning() && !m_tx->ackPending(); // else the views are locked
-        m_pressed = 0;
+        const QByteArray word = action.split(' ').first();
+        const QByteArray rest = action.mid(word.size() + 1);
+        const bool idle = !m_tx->sequenceRunning() && !m_tx->ackPending(); // the views offer no more otherwise
+        m_presses = 0;
         if (word == "wait") {
-            pass(qBound(0, rest.toInt(), longestWait) * silence);
-            m_listening = true; // the next line may answer what the program asks now
+            const std::chrono::seconds duration(qBound(0, rest.toInt(), longestWait));
+            sayPendingResult(duration);
+            Fuzz::time().sleep(duration);
+            listen(); // the next line may answer what the program asks now
             QCoreApplication::processEvents();
         } else if (word == "stop") {
             m_tx->stop();
@@ -134,11 +145,7 @@ private:
         } else if (word == "profile") {
             m_tx->setSelectedProfile(static_cast<TxManager::Profile>(qBound(0, rest.toInt(), 2)));
         } else if (word == "start") {
-            bool startable = payloads->rowCount() > 0;
-            for (int row = 0; row < payloads->rowCount(); ++row) {
-                startable &= !hasQueue() || payloads->getStatus(static_cast<uchar>(row)) != Payload::ERROR;
-            }
-            if (startable) {
+            if (payloads->rowCount() > 0) {
                 m_tx->start(2);
             }
         } else if (word == "next") {
@@ -153,13 +160,12 @@ private:
     }
 
     QList<QByteArray> m_lines;
-    ZepBoard::Module m_module;
-    ZepManager m_manager{nullptr};
+    NoPort *m_port = new NoPort;
+    ZepManager m_manager{nullptr, m_port};
     TxManager *m_tx = m_manager.tx();
-    int m_owed = 0; // s
-    bool m_listening = false;
-    int m_pressed = 0;
-    Fuzz::Pump m_pump{[this] { onTurn(); }};
+    std::chrono::seconds m_pendingFor{0};
+    int m_presses = 0;
+    QTimer m_tick;
 };
 
 } // namespace

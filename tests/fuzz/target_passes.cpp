@@ -16,7 +16,7 @@ void readTable(const QByteArray &input)
     QByteArray bytes = input;
     QBuffer file(&bytes);
     file.open(QIODevice::ReadOnly | QIODevice::Text);
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime now = Fuzz::time().utcNow();
     PrepassModel model;
     const bool accepted = model.loadFromCsv(file, now);
     for (qulonglong row = 0; accepted && row < static_cast<qulonglong>(model.rowCount()); ++row) {
