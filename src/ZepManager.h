@@ -97,7 +97,8 @@ public:
     /// Reads the LoRa settings of a device that has the stack; any other is not asked.
     Q_INVOKABLE void getLoRaConfig();
     Q_INVOKABLE void getGnssPosition();
-    /// Sets the position in degrees. False, with the profile's present position notified again, if the device refused.
+    /// Sets the position in degrees. The profile keeps what the device accepted. False, with the profile's present
+    /// position notified again, if the device refused.
     Q_INVOKABLE bool setGnssPosition(double latitude, double longitude);
     /// Reads the bulletins that the module holds.
     Q_INVOKABLE void getAopData();

@@ -346,11 +346,11 @@ def lost(session, operation, fault):
     session.window.wait_text(LOST)
     if operation.title not in ("connect", "disconnect"):  # there the log shows no longer
         if operation.request:
-            session.window.wait_text(TIMEOUT, operation.timeout + 20)
+            session.window.wait_text(TIMEOUT)
         session.check_log(session.shown_log(), whole=False)
     if not operation.turning:
-        session.check_idle(60)  # with the cable pulled and the dialog open, once the chain has come to its end
-    session.accept(60)
+        session.check_idle()  # with the cable pulled and the dialog open
+    session.accept()
     session.window.wait_for("Connect")
     if fault.name == "unplug":
         session.choose_port()

@@ -440,7 +440,7 @@ LATER = [
 # What an operation is on one board only. A Ranger that does not predict has its view of the satellites out of use.
 VARIANTS = {("start", "zep1"): {"request": "AT+TX=", "then": ""},
             ("start in a pass", "zep1"): {"request": "AT+TX=", "then": ""},
-            ("transmission", "zep1"): {"dies": (*NO_RESULT, "error")},  # it has no words for a Tx that failed
+            ("transmission", "zep1"): {"tells": RESULTS | {"error": ("Unable to parse TX data", "transmitted! (2/2)")}},
             ("stop", "zep1"): {"request": "", "prepare": start_periodic, "timeout": 0},
             ("disconnect", "zep1"): {"request": "", "prepare": owe_a_result, "turning": True},
             ("disconnect", "ranger"): {"request": "", "prepare": nothing},
