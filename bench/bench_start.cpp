@@ -8,8 +8,8 @@
 #include "Identity.h"
 #include "QmlTypes.h"
 #endif
+#include "ResidentMemory.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -46,10 +46,7 @@ int main(int argc, char *argv[])
             timespec now{};
             clock_gettime(CLOCK_MONOTONIC, &now);
             const qint64 elapsed = now.tv_sec * 1'000'000'000LL + now.tv_nsec - start;
-            QFile statm(u"/proc/self/statm"_s);
-            const bool opened = statm.open(QIODevice::ReadOnly);
-            const long pages = opened ? statm.readAll().split(' ').value(1).toLong() : 0;
-            std::printf("%.1f %ld\n", double(elapsed) / 1e6, pages * (sysconf(_SC_PAGESIZE) / 1024));
+            std::printf("%.1f %lld\n", double(elapsed) / 1e6, static_cast<long long>(residentKib()));
             std::fflush(stdout);
             _exit(0);
         },

@@ -7,6 +7,7 @@
 #include "Identity.h"
 #include "PrepassModel.h"
 #include "QmlTypes.h"
+#include "ResidentMemory.h"
 #include "TxManager.h"
 #include "WireThread.h"
 #include "ZepManager.h"
@@ -129,14 +130,13 @@ int main(int argc, char *argv[])
 
     {
         const Pulse pulse;
-        QElapsedTimer time;
-        time.start();
+        const qint64 before = residentKib();
         wire.pour(pouredLines);
         poured.exec();
-        const qint64 elapsed = time.elapsed();
         waitFor(500); // the panes' last batch
-        std::printf("pour_ms %lld\npour_stall_ms %lld\n", static_cast<long long>(elapsed),
-                    static_cast<long long>(pulse.longest()));
+        std::printf("pour_stall_ms %lld\n", static_cast<long long>(pulse.longest()));
+        waitFor(2000); // the journal
+        std::printf("line_bytes %lld\n", static_cast<long long>((residentKib() - before) * 1024 / pouredLines));
     }
     {
         lines = 0;
