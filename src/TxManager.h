@@ -236,6 +236,7 @@ private:
     void beginPass();
     void endPass();
     void waitForNextPass();
+    void waitForBoundary();
     void waitUntil(const QDateTime &boundary, qint64 atLeast = 0);
 
     Logger *m_logger;

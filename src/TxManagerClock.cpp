@@ -73,7 +73,7 @@ void TxManager::followClock()
         }
         return;
     case PREPASS_ON_MODULE:
-        armSchedule(left);
+        waitForBoundary(); // not until what is due, which can be a pause between two requests and no time of day
         return;
     }
 }

@@ -96,6 +96,10 @@ void TxManager::queuePayload()
     }
     m_mustQueueAgain = false;
     m_payloadListModel->setStatus(index, Payload::PENDING);
+    if (index > 0) {
+        // The module may use the rest of the pass in which it sent the one before: the next answer completes it.
+        m_currentTxCount = m_payloadListModel->getRedundancy(index);
+    }
     if (!m_ackPending && m_currentSequenceRepeatCount == 0) {
         setAckPending(true); // an earlier Tx of it has failed
     }
@@ -158,6 +162,12 @@ void TxManager::endPass()
 void TxManager::waitForNextPass()
 {
     waitUntil(m_prepassProfile->nextPassModel()->getStartUtc(0), std::exchange(m_nextPassPause, 0));
+}
+
+void TxManager::waitForBoundary()
+{
+    const PrepassModel *nextPass = m_prepassProfile->nextPassModel();
+    waitUntil(m_activePassIdxCount == 0 ? nextPass->getStartUtc(0) : nextPass->getEndUtc(0));
 }
 
 void TxManager::waitUntil(const QDateTime &boundary, qint64 atLeast)

@@ -251,8 +251,7 @@ void TxManager::onTxDone(const QString &data)
             Q_EMIT currentIndexUpdated(static_cast<uchar>(next));
             if (m_selectedProfile == PREPASS_ON_MODULE) {
                 ++m_currentIndex;
-                // The module may use the rest of the pass: the next answer completes the payload.
-                m_currentTxCount = m_payloadListModel->getRedundancy(m_currentIndex);
+                m_currentTxCount = 0; // until the module has it: a result can come twice
                 scheduleNextTx();
                 return; // the next payload waits in the module: an answer stays awaited
             }

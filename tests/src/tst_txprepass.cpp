@@ -306,6 +306,7 @@ private Q_SLOTS:
         QTest::newRow("last, inside the request at the end") << QStringList{"0A"} << "0:2 nextpass 0:4";
         QTest::newRow("next follows") << QStringList{"0A", "0B"} << "0:2 nextpass 0:4 1:2 0B 1:2";
         QTest::newRow("fewer repetitions, same pass") << QStringList{"0A", "0B"} << "0:4 1:2 0B 1:2 1:4";
+        QTest::newRow("twice, same pass") << QStringList{"0A", "0B"} << "0:4 1:2 1:2 0B 1:2 1:4";
     }
 
     void answerCountsWhereverItComesInAModulesPass()
@@ -324,6 +325,9 @@ private Q_SLOTS:
             expire(tx);
         } else {
             tx.onTxDone("0A");
+        }
+        if (QByteArray(QTest::currentDataTag()).contains("twice")) {
+            tx.onTxDone("0A"); // before the module has the next payload
         }
         QTRY_COMPARE(m_bench->sent.contains("0B"), payloads.size() > 1);
         if (!inRequest) {
@@ -386,6 +390,9 @@ private Q_SLOTS:
         m_bench->duringNextPass = [] {};
         tx.applyUtcOffset(172800, false);
         QCOMPARE(pauses(2), "0 1 ");
+        tx.applyUtcOffset(169200, false); // an hour back, and the pass is over still
+        tick(tx);
+        QVERIFY(m_bench->scheduleTimer->remainingTime() <= 1000);
         tx.stop();
         tx.setSelectedProfile(TxManager::PERIODIC);
         tick(tx); // the module's pass is no row of the table
