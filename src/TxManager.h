@@ -270,6 +270,7 @@ private:
     quint64 m_run = 0; // counts the starts: a request that spins the event loop can outlive the run that made it
     bool m_sequenceCompleted = false; // all repetitions done, stop() awaited
     bool m_lineLost = false;
+    bool m_tableUsedUp = false; // the last answer is waited for, then the sequence ends
     bool m_computingSatelliteNextPass = false;
     // What a module is to be asked for next, one request at a time.
     quint64 m_servedRun = 0;         // run whose requests are under way

@@ -6,6 +6,7 @@
 #include "TxManager.h"
 
 #include <limits>
+#include <utility>
 
 #include <QFile>
 #include <QTimer>
@@ -108,6 +109,10 @@ void TxManager::walkPasses()
 
 void TxManager::schedulePrepassTx()
 {
+    // Passes that ended before the walk has reached them, as while a module predicted the passes: not to be sent in.
+    while (hasNextPass() && m_prepassListModel->getEndUtc(m_nextPassIdx) < m_utcTime) {
+        m_prepassListModel->removeAt(static_cast<uchar>(m_nextPassIdx));
+    }
     const bool hasNext = hasNextPass();
     const qint64 toNext = hasNext ? m_utcTime.msecsTo(m_prepassListModel->getStartUtc(m_nextPassIdx)) : c_txStep;
     if (toNext > std::numeric_limits<int>::max()) {
@@ -121,6 +126,10 @@ void TxManager::schedulePrepassTx()
         }
         if (m_activePassIdxCount != 0) {
             onScheduleOver(); // inside a pass the first Tx does not wait, and arms what follows
+            return;
+        }
+        if (!hasNext) {
+            endUsedUpSequence(); // the clock has stepped over the passes that were left
             return;
         }
         m_payloadListModel->setStatus(m_currentIndex, Payload::PENDING);
@@ -140,7 +149,11 @@ void TxManager::schedulePrepassTx()
 
 void TxManager::endUsedUpSequence()
 {
+    if (std::exchange(m_tableUsedUp, true)) {
+        return; // what comes behind the answer that is waited for below
+    }
     EventWait::until([this] { return !m_ackPending; }, c_lastAnswerTimeout); // it falls with the application, too
+    m_tableUsedUp = false;
     stop();
     Q_EMIT txErrorOccured(QStringLiteral("Error: No more prepass data to continue Tx scheduling.\n"
                                          "Please import new data from HelioWeb.\nStopping sequence..."));

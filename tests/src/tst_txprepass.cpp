@@ -197,6 +197,7 @@ private Q_SLOTS:
         QTest::newRow("not too far") << Passes{farthest, 30} << "0:2" << farthest << "";
         QTest::newRow("now") << Passes{0, 30} << "0:2" << 0 << "";
         QTest::newRow("begun, not walked") << Passes{-1, 30} << "0:2" << 0 << "";
+        QTest::newRow("over, not walked") << Passes{-1, 0, 3600000, 30} << "0:2" << 3600000 << "";
         QTest::newRow("in a long pass") << Passes{-10000, 600} << "0A 0:3" << 60000 << "";
         QTest::newRow("ends, next near") << Passes{-10000, 30, 59999, 30} << "0A 0:3" << 60000 << "";
         QTest::newRow("ends in a minute") << Passes{-10000, 70, 90000, 30} << "0A 0:3" << 90000 << "";
@@ -249,6 +250,7 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QCOMPARE(m_bench->log.filter("COMPLETE").size(), event == "two answers after a repetition" ? 1 : 0);
         QTEST(sent(), "seen");
+        QCOMPARE(error.count(), 1);
         QCOMPARE(error.value(0).value(0), "Error: No more prepass data to continue Tx scheduling.\nPlease import new "
                                           "data from HelioWeb.\nStopping sequence...");
         QVERIFY(!tx.sequenceRunning());
@@ -428,6 +430,13 @@ private Q_SLOTS:
         sent();
         step(table, 3601);
         QCOMPARE(sent(), "0A 0:3"); // in its pass
+
+        TxManager &over = prepare(TxManager::PREPASS, {"0A"});
+        timer = m_bench->scheduleTimer;
+        add(over, over.prepassListModel(), 3600000, 600);
+        over.start(1);
+        step(over, 86400); // beyond the table
+        QCOMPARE(sent(), "0:2 0:0 flush");
 
         TxManager &module = prepare(TxManager::PREPASS_ON_MODULE, {"0A"});
         timer = m_bench->scheduleTimer;
