@@ -249,6 +249,7 @@ private:
     Mode m_mode = BASIC;
     bool m_requestFailed = false;
     bool m_requestPending = false;
+    bool m_txRequested = false; ///< by the request made last, which an answer over the air follows
     bool m_requestCancelled = false;
     int m_waitDepth = 0;     ///< requests that wait for an answer, one inside the other
     QStringList m_heldLines; ///< arrived, and not processed yet

@@ -21,6 +21,10 @@ void ZepManager::deliverHeldLines()
     // expect the result of a Tx, decides what the next line means.
     const auto callerGoesFirst = [this] { return m_waitDepth > 0 && !m_requestPending; };
     while (!m_heldLines.isEmpty() && !callerGoesFirst()) {
+        if (m_txRequested && m_waitDepth > 0 && !m_tx->ackPending() && m_heldLines.constFirst().startsWith("+TX="_L1)) {
+            m_requestPending = false; // as the "+OK" would, which is lost; the result follows when it is awaited
+            continue;
+        }
         processLine(m_heldLines.takeFirst());
     }
 }

@@ -41,6 +41,7 @@ bool ZepManager::sendRaw(const QByteArray &data, ushort timeout)
     m_logger->log(Logger::APP, QString::fromLatin1(data));
     m_requestFailed = false;
     m_requestPending = true;
+    m_txRequested = data.startsWith("AT+TX=");
     if (!wakeUpBoard() && !m_serialPort->isLineLost()) {
         return false;
     }

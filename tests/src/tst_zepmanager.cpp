@@ -368,6 +368,12 @@ private Q_SLOTS:
         QVERIFY(!tx->ackPending());
         QCOMPARE(m_session->log.filter(u"COMPLETE (1/1)"_s).size(), 1);
         QCOMPARE(m_session->log.filter(u"+ID"_s).join(u' '), u"[ZEP] +ID=00000A [ZEP] +ID=00000B"_s);
+
+        m_peer->answer(u"AT+TX=00000000"_s, {u"+TX=0,00000000"_s}); // the "+OK" is lost: the result ends the wait
+        tx->stop();
+        tx->start(1);
+        QTRY_COMPARE(m_session->log.filter(u"COMPLETE (1/1)"_s).size(), 2);
+        QVERIFY(!tx->ackPending());
     }
 
     void deviceAssertionBringsEverythingToRest()
