@@ -34,6 +34,7 @@ constexpr qint64 length = 12 * hour;
 constexpr qint64 idleMax = 10 * second; // the table of passes is walked by one pass a second
 constexpr qint64 lostLineMax = 500;
 constexpr qint64 lastAnswerTimeout = 6 * second;
+constexpr qint64 pauseAfterRequest = 10;
 constexpr qint64 patience = 3 * minute; // of the user, with a Tx that stays without a result
 constexpr int requestsPerMinuteMax = 150;
 constexpr int passesUntilQueuedAgain = 2;
@@ -107,11 +108,18 @@ public:
             message.startsWith("[APP]"_L1) ? onLogged(message.mid(6)) : onProcessed(message.mid(6));
         });
         QObject::connect(m_tx, &TxManager::sequenceCompleted, manager, [this] { isComplete = true; });
+        QObject::connect(m_tx, &TxManager::txErrorOccured, manager, [this](const QString &error) {
+            require(++m_errors == 1, "a sequence reports two errors", error);
+            require(!error.contains("No more prepass"_L1) ||
+                        now() - std::max(m_askedUntil, m_checkedAt) <= lastAnswerTimeout,
+                    "the wait at the end of the table is too long");
+        });
     }
 
     /// To be called while no request is under way.
     void check()
     {
+        m_checkedAt = now();
         require(m_delivered.isEmpty() || now() - m_deliveredAt <= second, "a line is not processed",
                 m_delivered.value(0));
         const bool isLost = m_device->isLineLost();
@@ -130,6 +138,7 @@ public:
     void startSequence(uchar repetitionCount)
     {
         isComplete = false;
+        m_errors = 0;
         m_passesSinceRefusal = -1;
         m_tx->start(repetitionCount);
         m_busyAt = now();
@@ -176,7 +185,10 @@ private:
         const bool isResult = line.startsWith("+TX="_L1);
         results += isResult;
         m_isSettled |= !m_isAsking && (isResult || line.startsWith("+ERROR="_L1));
-        m_isAsking &= !line.contains(u'+');
+        if (m_isAsking && line.contains(u'+')) {
+            m_isAsking = false;
+            m_askedUntil = now() + pauseAfterRequest;
+        }
     }
 
     void onLogged(const QString &message)
@@ -225,6 +237,7 @@ private:
     {
         ++timeouts;
         m_isAsking = false;
+        m_askedUntil = now() + pauseAfterRequest;
         const qint64 waited = now() - m_requestedAt;
         const qint64 lostFor = virtualTime->now() - m_device->lostAt;
         require(m_device->isLineLost() ? std::min(waited, lostFor) <= lostLineMax
@@ -247,6 +260,9 @@ private:
     qint64 m_minute = 0;
     int m_requestsOfMinute = 0;
     int m_passesSinceRefusal = -1; // of a payload that the module refused to queue; -1 without one
+    int m_errors = 0;              // that the sequence has reported
+    qint64 m_checkedAt = 0;        // when no request and no wait was under way
+    qint64 m_askedUntil = 0;       // when the last request returned
     qint64 m_busyAt = 0;           // when the sequence last waited for something, or was over
 };
 
@@ -404,7 +420,8 @@ private:
         QByteArray table = "Satellite,Start date/time,Middle date/time,End date/time,Duration,Middle elevation,"
                            "Start azimuth,Middle azimuth,End azimuth\n";
         QDateTime start = m_tx->utcDateTime().addSecs(120);
-        for (int pass = 0; pass < 40; ++pass, start = start.addSecs(600 + draw(4000))) {
+        const int count = chance(50) ? 3 : 40;
+        for (int pass = 0; pass < count; ++pass, start = start.addSecs(600 + draw(4000))) {
             const QByteArray date = start.toString(u"MM-dd-yyyy hh:mm:ss"_s).toLatin1();
             table += "SAT," + date + ',' + date + ',' + date + ",00:10:00,45,0,0,0\n";
         }
