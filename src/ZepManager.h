@@ -202,6 +202,7 @@ private:
     void deliverHeldLines();
     void processLine(const QString &data);
     void processResponse();
+    void processError();
     void processTxResponse();
     void processPredictionResponse();
     void processLoraResponse();

@@ -59,6 +59,8 @@ void ZepManager::processLine(const QString &data)
             m_logger->log(Logger::APP, "Unable to parse "_L1 + m_atCmdHandler->cmdName() + " data"_L1);
             if (m_atCmdHandler->cmdId() == AtCmdHandler::TX) {
                 m_tx->onTxFailed(); // the result has come, though it cannot be read
+            } else if (m_atCmdHandler->cmdId() == AtCmdHandler::ERROR) {
+                processError(); // whatever its code
             }
         }
     }
@@ -76,11 +78,8 @@ void ZepManager::processResponse()
     case AtCmdHandler::RST:
         return; // the line is in the log already
     case AtCmdHandler::ERROR:
-        m_requestFailed = true;
         m_logger->log(Logger::APP, line.errorString());
-        if (m_waitDepth == 0) {
-            m_tx->onTxFailed(); // no request waits, so that the device speaks of the Tx in the air
-        }
+        processError();
         return;
     case AtCmdHandler::ID:
         m_board->setId(line.param(0));
@@ -157,4 +156,12 @@ void ZepManager::processResponse()
         break;
     }
     m_logger->log(Logger::APP, u"Unsupported AT command"_s);
+}
+
+void ZepManager::processError()
+{
+    m_requestFailed = true;
+    if (m_waitDepth == 0) {
+        m_tx->onTxFailed(); // no request waits, so that the device speaks of the Tx in the air
+    }
 }

@@ -162,10 +162,13 @@ private Q_SLOTS:
     {
         QVERIFY(m_session->connectTo(ZepBoard::ZEP2));
         expectCritical("Unable to extract RCONF data");
+        expectCritical("Unable to extract ERROR data");
         for (const auto &[answer, told] :
              {std::pair{u"booting|RANGER -- SLEEP + rest|"_s,
                         u"[APP] AT command request timeout!|[APP] Unable to get radio configuration"_s},
               {u"+RCONF=nonsense"_s, u"[APP] Unable to parse message from ZEP2|[APP] Unable to parse RCONF data"_s},
+              {u"+ERROR=2#"_s, u"[APP] Unable to parse message from ZEP2|[APP] Unable to parse ERROR data|"
+                               "[APP] Unable to get radio configuration"_s},
               {u"+RX=0A"_s, QString()}}) { // of its own accord, and taken for the answer
             m_peer->answer(u"AT+RCONF=?"_s, answer.split(u'|'));
             m_session->log.clear();
@@ -331,6 +334,7 @@ private Q_SLOTS:
         row(ZepBoard::ZEP2, "+TX=0", "Unable to parse message from ZEP2|Unable to parse TX data");
         row(ZepBoard::TBX, "+TX=#,0000", "Unable to parse message from TBX|Unable to parse TX data");
         row(ZepBoard::ZEP2, "+ERROR=21", "The message queue is already full");
+        row(ZepBoard::ZEP1, "+ERROR", "Unable to parse message from ZEP1|Unable to parse ERROR data");
     }
 
     void whatSettlesATx()
