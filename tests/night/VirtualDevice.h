@@ -17,8 +17,8 @@
 /// A board in virtual time behind a port that does not exist. It answers in the grammar of its board and transmits what
 /// it is given. Random numbers decide which of its lines are late, lost, garbled or doubled, and what else goes wrong.
 ///
-/// It refuses a Tx while the program awaits the result of another one: the program ends by design when that is
-/// accepted.
+/// It refuses a Tx while the program awaits the result of another one that was lost: the program ends by design when
+/// that is accepted.
 class VirtualDevice : public SerialPortManager
 {
 public:
@@ -53,7 +53,9 @@ public:
         const QString request = QString::fromLatin1(data).trimmed();
         onRequest(request);
         const QString word = request.section(u'+', 1).section(u'=', 0, 0);
-        if (word == "TX" && tx->ackPending()) {
+        const bool isLost = m_isAnswerOut && tx->ackPending();
+        m_isAnswerOut = m_isAnswerOut || word == "TX";
+        if (word == "TX" && isLost) {
             m_incoming.prepend(error(21)); // before any line that the program would take for an acceptance
             QMetaObject::invokeMethod(this, &VirtualDevice::deliver, Qt::QueuedConnection);
         } else if (draw(300) == 0) {
@@ -227,6 +229,9 @@ private:
             if (line.startsWith("+ASSERT")) {
                 restart();
             }
+            if (line.startsWith("+TX=") || (line.startsWith("+ERROR") && !tx->ackPending())) {
+                m_isAnswerOut = false;
+            }
             onLine(line);
             Q_EMIT doneReading(line);
         }
@@ -236,11 +241,12 @@ private:
     bool m_predicts;
     VirtualTime *m_time;
     QRandomGenerator *m_random;
-    qint64 m_dateOfStart = 0; // ms since the Unix epoch, when virtual time was 0
-    qint64 m_busyUntil = 0;   // with a Tx
-    QStringList m_incoming;   // said, and not delivered yet
-    QStringList m_queue;      // for the next pass
-    int m_epoch = 0;          // of answers under way, which a restart and a lost line end
+    qint64 m_dateOfStart = 0;   // ms since the Unix epoch, when virtual time was 0
+    qint64 m_busyUntil = 0;     // with a Tx
+    QStringList m_incoming;     // said, and not delivered yet
+    QStringList m_queue;        // for the next pass
+    bool m_isAnswerOut = false; // of the last Tx: its result, or an error
+    int m_epoch = 0;            // of answers under way, which a restart and a lost line end
     bool m_isOpen = false;
     bool m_isLineLost = false;
     bool m_isAwake = true;
