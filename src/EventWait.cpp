@@ -3,6 +3,7 @@
 
 #include "EventWait.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QPointer>
 #include <QTimer>
@@ -31,6 +32,8 @@ public:
         if (--m_depth == 0) {
             m_turnsLeft = turnsOfDelivery;
             start();
+            // Some dispatchers look for input only when they are woken, which the input itself has done in the wait.
+            QAbstractEventDispatcher::instance()->wakeUp();
         }
     }
 

@@ -119,9 +119,11 @@ void JournalWriter::write()
     if (m_session.isEmpty() || m_pending.isEmpty()) {
         return;
     }
-    if (!m_file.isOpen() && !createFile()) {
-        onFailed();
-        return;
+    if (!m_file.isOpen()) {
+        if (const QString reason = createFile(); !reason.isEmpty()) {
+            onFailed(reason);
+            return;
+        }
     }
     // A disk that gets full takes a part first, and gives the reason with the next one.
     for (qint64 written = 1; written > 0 && !m_pending.isEmpty();) {
@@ -130,7 +132,7 @@ void JournalWriter::write()
         m_backlog -= std::max(written, qint64{0});
     }
     if (!syncToDisk(m_file.fileName()) || !m_pending.isEmpty()) {
-        onFailed();
+        onFailed(m_file.errorString());
     }
 }
 
@@ -143,7 +145,7 @@ void JournalWriter::close()
     m_hasComplained = false;
 }
 
-bool JournalWriter::createFile()
+QString JournalWriter::createFile()
 {
     const QString path = m_folder + u'/' + m_session;
     const QString part = m_part == 0 ? QString() : u"_%1"_s.arg(m_part + 1, 4, 10, QLatin1Char('0'));
@@ -155,14 +157,18 @@ bool JournalWriter::createFile()
     }
     removeOldest();
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered, owner)) {
-        return false;
+        return m_file.errorString();
     }
     if (m_lock == nullptr) {
         auto lock = std::make_unique<QLockFile>(path + lockEnding);
         lock->setStaleLockTime(0); // a session can last for days
         if (!lock->tryLock(0)) {
-            m_file.close();
-            return false;
+            if (lock->error() == QLockFile::LockFailedError) {
+                m_file.close();
+                return u"belongs to another process"_s;
+            }
+            m_file.remove(); // an empty one would count as a session
+            return u"No space for its lock file"_s;
         }
         m_lock = std::move(lock);
     }
@@ -170,7 +176,7 @@ bool JournalWriter::createFile()
     ++m_part;
     m_pending.prepend(m_header);
     m_backlog += m_header.size();
-    return true;
+    return {};
 }
 
 void JournalWriter::removeOldest() const
@@ -195,11 +201,11 @@ void JournalWriter::removeOldest() const
     }
 }
 
-void JournalWriter::onFailed()
+void JournalWriter::onFailed(const QString &reason)
 {
     m_timer.start(retryTime);
     if (!std::exchange(m_hasComplained, true)) {
-        qCCritical(lcEvents).noquote() << "Unable to write the journal" << m_file.fileName() << m_file.errorString();
+        qCCritical(lcEvents).noquote() << "Unable to write the journal" << m_file.fileName() << reason;
     }
 }
 

@@ -55,9 +55,10 @@ private:
     void add(const QByteArray &date, const QByteArray &line);
     void write();
     void close();
-    bool createFile();
+    /// The reason of a failure; empty on success.
+    [[nodiscard]] QString createFile();
     void removeOldest() const;
-    void onFailed();
+    void onFailed(const QString &reason);
 
     std::unique_ptr<QThread> m_thread;
     std::atomic<qint64> m_backlog = 0; ///< bytes that were appended and are neither written nor discarded

@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Steps of the boards that transmit what the program tells them to."""
 
+import time
+
 from stage import check, wait_until
 
 
@@ -21,6 +23,22 @@ def complete_a_sequence(tour):
     tour.shot("complete")
     tour.window.click("Reset")
     tour.window.wait_for("Start")
+
+
+def reset_against_a_slow_answer(tour):
+    tour.window.enter("P0 message", "a1b2c3d4e5f6")  # two bytes go to the option
+    tour.window.key("Tab")
+    tour.window.click("P0 ACK")
+    tour.window.click("Start")
+    tour.window.wait_text("Transmission complete!", 40)
+    tour.stage.console("late 800")  # the module empties its queue first
+    mark = len(tour.wire())
+    tour.window.click("Reset", times=3)
+    time.sleep(2)  # a look at the window would wake it
+    check(tour.wire()[mark:] == ["AT+TXFIFO=", "+OK"], "a click that was made during the wait starts a sequence")
+    tour.window.click("P0 ACK")
+    tour.window.enter("P0 message", "a1b2c3d4")
+    tour.window.key("Tab")
 
 
 def stop_a_sequence(tour):

@@ -104,14 +104,14 @@ class Window:
             raise TourError(f"'{node.get_name()}' has no size")
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
-    def click(self, name, role=None, seconds=30.0):
-        """A real press of the left button in the middle of the control, once it shows and stands still.
+    def click(self, name, role=None, seconds=30.0, times=1):
+        """A real press of the left button in the middle of the control, once it shows and stands still, or several.
 
         The toolkit tells nobody whether a control is enabled, so one that is not takes the press without a word.
         """
-        self.click_node(self.wait_for(name, role, seconds))
+        self.click_node(self.wait_for(name, role, seconds), times)
 
-    def click_node(self, node):
+    def click_node(self, node, times=1):
         def rests():  # and has been laid out
             try:
                 place = self.center(node)
@@ -121,7 +121,8 @@ class Window:
                 return None
 
         x, y = wait_until(rests, "the control comes to rest")
-        xdotool("mousemove", x, y, "sleep", "0.15", "click", 1, "sleep", "0.15")
+        xdotool("mousemove", x, y, "sleep", "0.15", "click", "--repeat", times, "--delay", 120, 1, "sleep",
+                "0.15")
 
     def hover(self, name, role=None):
         xdotool("mousemove", *self.center(self.wait_for(name, role)), "sleep", "0.3")
