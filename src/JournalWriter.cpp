@@ -67,6 +67,7 @@ void JournalWriter::append(const QByteArray &date, const QByteArray &line)
 
 void JournalWriter::end()
 {
+    m_dropped = 0; // the next session misses nothing
     QMetaObject::invokeMethod(this, [this] {
         write();
         close();
