@@ -12,6 +12,22 @@ QString ZepBoard::name() const
     return QString::fromLatin1(QMetaEnum::fromType<Module>().valueToKey(m_module));
 }
 
+QStringList ZepBoard::commands() const
+{
+    static const QList<AtCmdHandler::CmdId> reports{AtCmdHandler::OK, AtCmdHandler::ERROR, AtCmdHandler::RX,
+                                                    AtCmdHandler::BC, AtCmdHandler::ASSERT};
+    const auto words = QMetaEnum::fromType<AtCmdHandler::CmdId>();
+    QStringList commands{QString::fromLatin1(words.valueToKey(AtCmdHandler::PING))};
+    const QList<AtCmdHandler::CmdId> read = m_regexMap.keys();
+    for (const AtCmdHandler::CmdId id : read) {
+        if (!reports.contains(id)) {
+            commands.append(QString::fromLatin1(words.valueToKey(id)));
+        }
+    }
+    commands.sort();
+    return commands;
+}
+
 void ZepBoard::setModule(ZepBoard::Module module)
 {
     m_module = module;

@@ -69,6 +69,9 @@ public:
     [[nodiscard]] PortSettings portSettings() const { return m_portSettings; }
     /// The patterns of the data that this board sends, by command (see ResponseGrammar.h).
     [[nodiscard]] QMap<AtCmdHandler::CmdId, QString> regexMap() const { return m_regexMap; }
+    /// The words of the commands that the user can send, in alphabetical order: those whose answer the board's patterns
+    /// read, and "PING". What the device reports without being asked is not among them.
+    Q_INVOKABLE [[nodiscard]] QStringList commands() const;
     /// The source tag of the lines that come from this device.
     [[nodiscard]] Logger::Source logSource() const { return m_logSource; }
 
