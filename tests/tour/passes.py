@@ -46,8 +46,7 @@ def transmit_in_a_pass(tour):
     tour.window.click("Start")
     tour.window.wait_text("successfully transmitted! (1/4)", 20)
     tour.shot("in-a-pass")
-    tour.window.click("Stop")
-    tour.window.wait_for("Start", seconds=20)
+    tour.stop_the_sequence()
 
 
 def shift_the_clock(tour):

@@ -52,8 +52,7 @@ def stop_a_sequence(tour):
         tour.stage.console("rx 48656C6C6F")
         tour.window.wait_text("48656C6C6F")
     tour.shot("running")
-    tour.window.click("Stop")
-    tour.window.wait_for("Start", seconds=20)
+    tour.stop_the_sequence()
     tour.window.wait_text("Tx SEQUENCE STOP/RESET")
 
 

@@ -76,8 +76,7 @@ def transmit_on_module(tour):
     tour.shot("in-its-pass")
     tour.window.wait_text("successfully transmitted! (4/4)", 30)
     tour.shot("after-its-pass")
-    tour.window.click("Stop")
-    tour.window.wait_for("Start", seconds=20)
+    tour.stop_the_sequence()
     tour.window.click("Periodic", "radio button")
     tour.window.wait_gone("Get next pass")
 

@@ -92,6 +92,17 @@ class Tour:
         self.wait_wire(command, answer)
         self.window.wait_for("Custom AT command: Set parameter(s) in module")
 
+    def stop_the_sequence(self):
+        """Clicks on Stop, and once more where a click meets a request, which ignores it."""
+        def has_stopped():
+            button = self.window.find("Stop", "push button")
+            if button:
+                self.window.click_node(button)
+                time.sleep(1)
+            return self.window.find("Start")
+
+        wait_until(has_stopped, "the sequence stops", 20)
+
     # The file dialogs are the toolkit's own.
 
     def open_file(self, name):
