@@ -132,6 +132,8 @@ GridLayout {
                 id: configurationGroup
 
                 visible: root.rangerModuleSelected
+
+                onImportRefused: message => aopToolTip0.tell(message, true, 3000)
             }
         }
     }

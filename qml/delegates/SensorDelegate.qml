@@ -148,7 +148,7 @@ ItemDelegate {
         }
     }
 
-    ModalDialog {
+    ViewDialog {
         id: warningDialog
 
         anchors.centerIn: Overlay.overlay

@@ -3,25 +3,18 @@
 
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Controls.Material
 import "../types" as T
 
 /// A long help text over the view that asks for it, as wide as that view.
-Dialog {
-    id: root
-
+ViewDialog {
     property alias tutoText: tuto.tutoText
 
+    header: null
     height: Math.min(implicitHeight, Overlay.overlay ? Overlay.overlay.height - 2 * margins : implicitHeight)
     margins: 20
-    modal: true
     padding: 0
 
     T.TutoScroll {
         id: tuto
-    }
-
-    T.FlatBackground {
-        mBackground: root.background
     }
 }

@@ -11,7 +11,7 @@ import com.sarvane.qml
 import "../delegates"
 
 /// Sets the clock of the interface, and that of a module that keeps one, or lets it follow the real time again.
-ModalDialog {
+ViewDialog {
     id: root
 
     property string customIsoDate: now()

@@ -16,7 +16,8 @@ T.InputTextField {
 
     signal edited(number: real)
 
-    // Not an IntValidator, which takes no key that leads beyond the range and so would hide what was typed.
+    // Not an IntValidator, which refuses a key that gives the number more digits than its limits have. What is out of
+    // range would then not be seen.
     validator: DoubleValidator {
         bottom: root.mFrom
         decimals: root.mDecimals

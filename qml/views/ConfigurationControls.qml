@@ -16,6 +16,9 @@ import "../types" as T
 RowLayout {
     id: root
 
+    /// A file that was chosen is not read; \a message is for the user.
+    signal importRefused(message: string)
+
     spacing: 10
 
     T.BusyIndicator {
@@ -87,10 +90,12 @@ RowLayout {
 
         onAccepted: {
             const file = currentFile.toString();
+            const name = decodeURIComponent(file.slice(file.lastIndexOf("/") + 1));
             // Reading a file with fonts in it can block the interface.
-            if ([".doc", ".ppt", ".odt"].some(suffix => file.includes(suffix))) {
+            if ([".doc", ".ppt", ".odt"].some(suffix => name.includes(suffix))) {
                 // Not reject(), which does nothing any more once the dialog is closed.
                 rejected();
+                root.importRefused(qsTr("%1 is a document (.doc, .ppt, .odt) and no configuration!").arg(name));
             } else {
                 ZepManager.importConfig(file);
             }

@@ -125,6 +125,8 @@ Item {
             }
 
             T.HexText {
+                id: devEuiText
+
                 mName: qsTr("Dev EUI")
                 mValue: root.loraConfig.devEui
 
@@ -138,6 +140,8 @@ Item {
             }
 
             T.HexField {
+                id: appEuiField
+
                 mEditing: loraLayout.onAppEuiEditing
                 mLength: 16
                 mName: qsTr("App EUI")
@@ -152,6 +156,8 @@ Item {
             }
 
             T.HexField {
+                id: appKeyField
+
                 mEditing: loraLayout.onAppKeyEditing
                 mLength: 32
                 mName: qsTr("App Key")
@@ -161,5 +167,21 @@ Item {
                 onEditingChosen: on => loraLayout.onAppKeyEditing = on
             }
         }
+    }
+
+    Connections {
+        // The values are cleared without a signal, and what was typed for one device must not be sent to the next.
+        function onDisconnected() {
+            loraLayout.onAppEuiEditing = false;
+            loraLayout.onAppKeyEditing = false;
+            devEuiText.mValue = Qt.binding(() => root.loraConfig.devEui);
+            appEuiField.mValue = Qt.binding(() => root.loraConfig.appEui);
+            appEuiField.restore();
+            appKeyField.mValue = Qt.binding(() => root.loraConfig.appKey);
+            appKeyField.restore();
+            loraRedundancyInput.text = Qt.binding(() => root.loraConfig.redundancy);
+        }
+
+        target: ZepManager
     }
 }

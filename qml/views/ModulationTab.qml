@@ -45,6 +45,7 @@ ColumnLayout {
         }
 
         T.SetButton {
+            mAcceptable: txModulationInput.currentIndex >= 0 && txModulationInput.currentIndex < txModulationInput.count
             mToolTip: qsTr("Apply chosen modulation")
 
             onClicked: ZepManager.tx.changeModulationRadioConfiguration(txModulationInput.currentIndex)

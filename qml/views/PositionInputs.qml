@@ -23,13 +23,17 @@ GridLayout {
     readonly property bool zep2ModuleSelected: g_zep2ModuleSelected
     // qmllint enable unqualified
 
-    function bulletinsUploadable(): bool {
-        return ZepManager.tx.prepassProfile.satelliteAopModel.rowCount() !== 0 && enableInput;
+    property int mBulletins: 0
+
+    function countBulletins(): void {
+        mBulletins = ZepManager.tx.prepassProfile.satelliteAopModel.rowCount();
     }
 
     columnSpacing: 10
     columns: 2
     rowSpacing: 0
+
+    Component.onCompleted: countBulletins()
 
     Heading {
         id: positionHeading
@@ -51,7 +55,7 @@ GridLayout {
             mAcceptable: latitudeField.acceptableInput && longitudeField.acceptableInput
             visible: !root.rangerModuleSelected
 
-            onClicked: ZepManager.setGnssPosition(Number(latitudeField.text), Number(longitudeField.text))
+            onClicked: ZepManager.setGnssPosition(latitudeField.position(), longitudeField.position())
         }
     }
 
@@ -65,7 +69,7 @@ GridLayout {
 
             Accessible.name: qsTr("Latitude")
             mToolTip: qsTr("Geodetic latitude of the beacon")
-            text: ZepManager.tx.prepassProfile.position.latitude.toFixed(2)
+            mHeld: ZepManager.tx.prepassProfile.position.latitude
         }
 
         T.UnitLabel {
@@ -83,7 +87,7 @@ GridLayout {
 
             Accessible.name: qsTr("Longitude")
             mToolTip: qsTr("Geodetic longitude of the beacon")
-            text: ZepManager.tx.prepassProfile.position.longitude.toFixed(2)
+            mHeld: ZepManager.tx.prepassProfile.position.longitude
         }
 
         T.UnitLabel {
@@ -113,30 +117,42 @@ GridLayout {
         }
 
         T.SetButton {
-            id: aopSetBtn
-
             Accessible.name: bulletinHeading.text + ": " + mToolTip
-            enabled: root.bulletinsUploadable()
+            mAcceptable: root.mBulletins > 0
 
             onClicked: ZepManager.setAopDataAndConstellationStatus()
         }
     }
 
-    // The number of bulletins tells nobody that it changed.
     Connections {
-        function onAopDataDownloadFinished() {
-            aopSetBtn.enabled = Qt.binding(() => root.bulletinsUploadable());
+        function onPositionChanged() {
+            latitudeField.restore();
+            longitudeField.restore();
         }
 
         target: ZepManager.tx.prepassProfile
     }
 
     Connections {
-        function onSequenceRunningChanged() {
-            aopSetBtn.enabled = !ZepManager.tx.sequenceRunning && ZepManager.tx.prepassProfile.satelliteAopModel.rowCount() !== 0;
+        function onDisconnected() {
+            latitudeField.restore();
+            longitudeField.restore();
         }
 
-        target: ZepManager.tx
+        target: ZepManager
+    }
+
+    // The model has no signal for the number of its rows.
+    Connections {
+        function onRowsInserted() {
+            root.countBulletins();
+        }
+
+        function onRowsRemoved() {
+            root.countBulletins();
+        }
+
+        target: ZepManager.tx.prepassProfile.satelliteAopModel
     }
 
     component Heading: Label {
@@ -146,9 +162,25 @@ GridLayout {
 
     // A longitude has the limits of a latitude.
     component PositionField: T.NumberField {
+        required property real mHeld
+        property bool mEdited: false
+
+        /// In degrees. The field shows two decimals of the value held, and must not cut it to them.
+        function position(): real {
+            return mEdited ? Number(text) : mHeld;
+        }
+
+        function restore(): void {
+            text = mHeld.toFixed(2);
+            mEdited = false;
+        }
+
         enabled: root.zep2ModuleSelected && root.enableInput
         mDecimals: 6
         mFrom: -90
         mTo: 90
+
+        Component.onCompleted: restore()
+        onTextEdited: mEdited = true
     }
 }

@@ -151,6 +151,14 @@ GridLayout {
         target: ZepManager.tx.prepassProfile
     }
 
+    Connections {
+        function onDisconnected() {
+            root.showConfig();
+        }
+
+        target: ZepManager
+    }
+
     component Heading: Label {
         font.bold: true
         font.pointSize: 10

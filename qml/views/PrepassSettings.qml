@@ -165,9 +165,8 @@ GridLayout {
     }
 
     Connections {
-        // The clock is the computer's again, and a dialog of the session must not shift it.
         function onDisconnected() {
-            utcDialog.reject();
+            redundancyPrepassInput.text = root.profile.redundancy;
         }
 
         target: ZepManager
