@@ -7,6 +7,7 @@ import QtQuick
 import QtQuick.Controls.Material
 import QtQuick.Layouts
 import Settings
+import Shortcuts
 import Style
 import ZepBoard
 import com.sarvane.qml
@@ -164,8 +165,14 @@ Item {
                     }
 
                     T.Button {
+                        id: connectButton
+
                         Layout.alignment: Qt.AlignRight
                         Layout.preferredWidth: implicitWidth + 20
+                        ToolTip.delay: 1000
+                        ToolTip.text: Shortcuts.hint(qsTr("Connect to the evaluation kit"), Shortcuts.connect)
+                        ToolTip.timeout: 3000
+                        ToolTip.visible: hovered
                         // A board type that only an edited settings file holds checks no button and cannot be meant.
                         enabled: boardGroup.checkedButton !== null
                         mColor: Material.accentColor
@@ -218,6 +225,11 @@ Item {
         opacity: 0.5
 
         onClicked: welcomeDialog.open()
+    }
+
+    T.ButtonShortcut {
+        mButton: connectButton
+        sequence: Shortcuts.connect
     }
 
     WelcomeDialog {

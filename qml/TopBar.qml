@@ -7,6 +7,7 @@ import QtQuick
 import QtQuick.Controls.Material
 import QtQuick.Layouts
 import Settings
+import Shortcuts
 import Style
 import com.sarvane.qml
 import "dialogs"
@@ -116,6 +117,8 @@ ToolBar {
             Accessible.name: qsTr("Settings")
             icon.color: "white"
             icon.source: "qrc:/images/setting.svg"
+            mKey: Shortcuts.settings
+            mToolTip: Accessible.name
 
             onClicked: {
                 if (root.stackView.currentItem === root.settingsPage) {
@@ -191,8 +194,12 @@ ToolBar {
             }
 
             T.ToolButton {
+                id: disconnectButton
+
                 Accessible.name: qsTr("Disconnect")
                 icon.source: "qrc:/images/on_off.svg"
+                mKey: Shortcuts.disconnect
+                mToolTip: Accessible.name
 
                 onClicked: disconnectDialog.open()
             }
@@ -200,6 +207,16 @@ ToolBar {
 
         DisconnectDialog {
             id: disconnectDialog
+        }
+
+        T.ButtonShortcut {
+            mButton: pageButton
+            sequence: Shortcuts.settings
+        }
+
+        T.ButtonShortcut {
+            mButton: disconnectButton
+            sequence: Shortcuts.disconnect
         }
     }
 

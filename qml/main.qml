@@ -6,6 +6,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Material
 import Settings
+import Shortcuts
 import Style
 import TxManager
 import ZepBoard
@@ -26,15 +27,41 @@ T.ApplicationWindow {
     readonly property bool g_zep1ModuleSelected: ZepManager.board?.module === Module.ZEP1
     readonly property bool g_zep2ModuleSelected: ZepManager.board?.module === Module.ZEP2
 
+    // Where the window was last while it was not maximized.
+    property rect mPlace
+
     /// A size of the settings file, in pixels, or \a fallback where the file was edited into something no window has.
     function usableSize(size: int, fallback: int): int {
         return size >= 200 && size <= 16384 ? size : fallback;
     }
 
+    /// The screen that has most of the title bar of a window at \a place, or null if none has any of it.
+    function screenOf(place: rect): var {
+        const shared = screen => Math.min(place.x + place.width, screen.virtualX + screen.width) - Math.max(place.x, screen.virtualX);
+        const screens = Array.from(Qt.application.screens).filter(screen => shared(screen) > 0 && place.y >= screen.virtualY && place.y < screen.virtualY + screen.height);
+        return screens.reduce((best, screen) => best === null || shared(screen) > shared(best) ? screen : best, null);
+    }
+
+    /// Moves the window to where it was last, as far as a screen still shows it there.
+    function restorePlace(): void {
+        mPlace = Qt.rect(Settings.windowX, Settings.windowY, width, height);
+        const screen = mPlace.x === -1 && mPlace.y === -1 ? null : screenOf(mPlace);
+        if (screen !== null) {
+            x = Math.max(screen.virtualX, Math.min(mPlace.x, screen.virtualX + screen.width - width));
+            y = Math.max(screen.virtualY, Math.min(mPlace.y, screen.virtualY + screen.height - height));
+        }
+        visibility = Settings.windowMaximized ? Window.Maximized : Window.Windowed;
+    }
+
+    function notePlace(): void {
+        if (visibility === Window.Windowed) {
+            mPlace = Qt.rect(x, y, width, height);
+        }
+    }
+
     height: usableSize(Settings.windowHeight, 850)
     mIsMainWindow: true
     title: qsTr(Qt.application.name)
-    visible: true
     width: usableSize(Settings.windowWidth, 1350)
 
     header: TopBar {
@@ -43,11 +70,21 @@ T.ApplicationWindow {
         stackView: pages
     }
 
+    Component.onCompleted: restorePlace()
     onClosing: {
+        notePlace();
         ZepManager.saveSettings();
-        Settings.windowHeight = height;
-        Settings.windowWidth = width;
+        Settings.windowHeight = mPlace.height;
+        Settings.windowMaximized = visibility === Window.Maximized;
+        Settings.windowWidth = mPlace.width;
+        Settings.windowX = mPlace.x;
+        Settings.windowY = mPlace.y;
     }
+    onHeightChanged: placing.restart()
+    onVisibilityChanged: placing.restart()
+    onWidthChanged: placing.restart()
+    onXChanged: placing.restart()
+    onYChanged: placing.restart()
 
     StackView {
         id: pages
@@ -71,6 +108,22 @@ T.ApplicationWindow {
 
             visible: false
         }
+    }
+
+    // Later, because the window grows before it counts as maximized.
+    Timer {
+        id: placing
+
+        interval: 0
+
+        onTriggered: root.notePlace()
+    }
+
+    Shortcut {
+        autoRepeat: false
+        sequence: Shortcuts.theme
+
+        onActivated: Settings.darkTheme = !Settings.darkTheme
     }
 
     Loader {

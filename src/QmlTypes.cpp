@@ -16,7 +16,7 @@ extern void qml_register_types_com_sarvane_qml(); // generated from the classes 
 
 void registerQmlTypes()
 {
-    for (const auto *name : {"Settings", "Strings", "Style"}) {
+    for (const auto *name : {"Settings", "Shortcuts", "Strings", "Style"}) {
         const QUrl url(u"qrc:/qml/singletons/%1.qml"_s.arg(QLatin1String(name)));
         qmlRegisterSingletonType(url, name, 1, 0, name);
     }

@@ -7,6 +7,7 @@ import QtQuick
 import QtQuick.Controls.Material
 import QtQuick.Templates as Templates
 import Settings
+import Shortcuts
 import Style
 import com.sarvane.qml
 import "." as T
@@ -66,6 +67,22 @@ ApplicationWindow {
             awakeConnection.target = null;
             ZepManager.disconnect();
         }
+    }
+
+    Shortcut {
+        sequences: Shortcuts.help
+
+        onActivated: {
+            shortcutsLoader.active = true;
+            (shortcutsLoader.item as ShortcutsDialog).open();
+        }
+    }
+
+    Loader {
+        id: shortcutsLoader
+
+        active: false
+        source: "../dialogs/ShortcutsDialog.qml"
     }
 
     WakeUpDialog {

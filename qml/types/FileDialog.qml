@@ -15,11 +15,18 @@ FileDialog {
     /// What the popups of the asking window live in.
     required property Item mOverlay
 
-    currentFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+    /// The folder that the dialog starts in.
+    property url mFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+
     parentWindow: mOverlay?.Window.window ?? null
 
     onParentWindowChanged: reject() // the view has moved on, and its old window is gone
-    onVisibleChanged: flattening.start()
+    onVisibleChanged: {
+        if (visible) {
+            currentFolder = mFolder; // and not where the file of the time before was
+        }
+        flattening.start();
+    }
 
     Connections {
         function onDisconnected() {

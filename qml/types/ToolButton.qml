@@ -4,6 +4,7 @@
 import QtQuick
 import QtQuick.Controls.Material
 import QtQuick.Controls.Material.impl
+import Shortcuts
 
 /// A small icon button; \c mToolTip comes translated from its user and is also its name for a screen reader. It shows
 /// for the mouse, and for the Tab key.
@@ -11,6 +12,8 @@ ToolButton {
     id: root
 
     property string mToolTip
+    /// The key that clicks the button while the user could, for the tooltip and a ButtonShortcut.
+    property string mKey
 
     // What the ripple tells, and how much of the button it covers.
     property bool mRippleActive: down || visualFocus || hovered
@@ -25,7 +28,7 @@ ToolButton {
 
     Accessible.name: text !== "" ? text : mToolTip
     ToolTip.delay: 500
-    ToolTip.text: mToolTip
+    ToolTip.text: Shortcuts.hint(mToolTip, mKey)
     ToolTip.timeout: 3000
     ToolTip.visible: (hovered || visualFocus) && mToolTip !== ""
     bottomInset: 2

@@ -5,6 +5,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
+import Shortcuts
 import com.sarvane.qml
 
 import "../types" as T
@@ -35,7 +36,10 @@ T.ExpandableView {
             onClicked: ZepManager.logger.clearLogs()
         },
         T.ToolButton {
+            id: exportButton
+
             icon.source: "qrc:/images/export.svg"
+            mKey: Shortcuts.exportLog
             mToolTip: qsTr("Export logs/AT commands")
 
             onClicked: exportDialog.open()
@@ -54,6 +58,11 @@ T.ExpandableView {
         Layout.fillHeight: true
         Layout.fillWidth: true
         mName: qsTr("Log lines")
+    }
+
+    T.ButtonShortcut {
+        mButton: exportButton
+        sequence: Shortcuts.exportLog
     }
 
     T.SaveDialog {

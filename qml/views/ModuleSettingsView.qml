@@ -154,19 +154,21 @@ ColumnLayout {
             text: qsTr("Custom AT command")
         }
 
-        T.InputTextField {
+        T.CommandField {
             id: customInput
 
             // The user is responsible for the flow of commands, so a running sequence does not hold this one back.
             function send(): void {
                 customSpinner.visible = true;
+                remember();
                 ZepManager.requestCustomCmd(text);
             }
 
             Accessible.name: customLabel.text
             Layout.fillWidth: true
             Layout.leftMargin: 10
-            mToolTip: qsTr("Enter any AT command")
+            mToolTip: qsTr("Enter any AT command (Up and Down: earlier commands, Tab: complete)")
+            mWords: root.board?.commands() ?? []
             placeholderText: qsTr("AT+...")
             validator: RegularExpressionValidator {
                 regularExpression: /^AT\+.+/
@@ -202,6 +204,7 @@ ColumnLayout {
         function onDisconnected() {
             frequencyInput.text = frequencyInput.shownFrequency();
             powerBox.currentIndex = powerBox.indexOfPower();
+            customInput.clear();
         }
 
         target: ZepManager

@@ -8,6 +8,7 @@ import QtQuick.Controls
 import QtQuick.Controls.Material
 import QtQuick.Dialogs
 import QtQuick.Layouts
+import Shortcuts
 import Style
 import com.sarvane.qml
 import "../dialogs"
@@ -76,8 +77,11 @@ ColumnLayout {
         }
 
         T.ToolButton {
+            id: importButton
+
             enabled: root.enableInput
             icon.source: "qrc:/images/import.svg"
+            mKey: Shortcuts.importPasses
             mToolTip: qsTr("Import data")
             visible: !root.mPredictedByModule && !satelliteButton.checked
 
@@ -166,6 +170,11 @@ ColumnLayout {
         }
     }
 
+    T.ButtonShortcut {
+        mButton: importButton
+        sequence: Shortcuts.importPasses
+    }
+
     T.FileDialog {
         id: importDialog
 
@@ -178,7 +187,7 @@ ColumnLayout {
         onRejected: spinner.visible = false
     }
 
-    ModalDialog {
+    ViewDialog {
         id: errorDialog
 
         anchors.centerIn: Overlay.overlay

@@ -6,6 +6,7 @@ import QtQuick.Controls.Material
 import QtQuick.Layouts
 
 import com.sarvane.qml
+import Shortcuts
 import Strings
 import Style
 
@@ -213,7 +214,7 @@ T.ExpandableView {
 
             Layout.preferredWidth: 50
             ToolTip.delay: 1000
-            ToolTip.text: qsTr("Add a payload message")
+            ToolTip.text: Shortcuts.hint(qsTr("Add a payload message"), Shortcuts.addPayload)
             ToolTip.timeout: 3000
             ToolTip.visible: hovered
             enabled: payloadListView.count < root.payloadListSizeMax && !(root.prepassOnModuleProfileSelected ? ZepManager.tx.computingSatelliteNextPass : ZepManager.tx.ackPending)
@@ -233,7 +234,7 @@ T.ExpandableView {
 
             Layout.preferredWidth: 100
             ToolTip.delay: 1000
-            ToolTip.text: qsTr("Start Tx sequence")
+            ToolTip.text: Shortcuts.hint(qsTr("Start Tx sequence"), Shortcuts.start)
             ToolTip.timeout: 3000
             ToolTip.visible: hovered
             enabled: payloadListView.count > 0
@@ -253,6 +254,10 @@ T.ExpandableView {
             id: stopButton
 
             Layout.preferredWidth: 100
+            ToolTip.delay: 1000
+            ToolTip.text: Shortcuts.hint(root.txSequenceCompleted ? qsTr("Reset Tx sequence") : qsTr("Stop Tx sequence"), Shortcuts.stop)
+            ToolTip.timeout: 3000
+            ToolTip.visible: hovered
             enabled: ZepManager.tx.sequenceRunning || !ZepManager.tx.ackPending
             mColor: root.txSequenceCompleted ? Style.color.lightBlue : Style.color.lightRed
             mText: root.txSequenceCompleted ? qsTr("Reset") : root.txStopping ? qsTr("Stopping...") : qsTr("Stop")
@@ -273,7 +278,22 @@ T.ExpandableView {
         }
     }
 
-    ModalDialog {
+    T.ButtonShortcut {
+        mButton: addButton
+        sequence: Shortcuts.addPayload
+    }
+
+    T.ButtonShortcut {
+        mButton: startButton
+        sequence: Shortcuts.start
+    }
+
+    T.ButtonShortcut {
+        mButton: stopButton
+        sequence: Shortcuts.stop
+    }
+
+    ViewDialog {
         id: txErrorDialog
 
         anchors.centerIn: parent

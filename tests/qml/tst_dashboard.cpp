@@ -185,6 +185,29 @@ private Q_SLOTS:
         QTRY_COMPARE(selected("fourth"), "fourth");
     }
 
+    void secondExportStartsWhereTheFirstDid()
+    {
+        const QDir documents(m_ui->folder.filePath("docs")); // and not in the working directory
+        QVERIFY(documents.mkpath("."));
+        QQuickItem *view = find("Misc / Logs")->parentItem();
+        Screen::evaluate(view, "exportDialog.mFolder = 'file://" + documents.path() + "'");
+        for (const char *name : {"first.log", "second.log", "third.log"}) {
+            click("Export logs/AT commands");
+            QTRY_VERIFY(find("File name"));
+            QQuickItem *field = find("File name")->parentItem()->childItems().at(1);
+            QVERIFY(field->property("acceptableInput").isValid());
+            field->forceActiveFocus();
+            QTest::keySequence(m_window, QKeySequence::SelectAll);
+            for (const char *key = name; *key != 0; ++key) {
+                QTest::keyClick(m_window, *key);
+            }
+            QTest::keyClick(m_window, Qt::Key_Tab);
+            click("Save");
+            QTRY_VERIFY2(QFile::exists(documents.filePath(name)), name);
+            QTRY_VERIFY(!find("File name"));
+        }
+    }
+
     void editedMessageIsCheckedAtEachKeyAndKeptAtTheEnd()
     {
         for (const auto &[typed, redWhileTyping, stored, shown, redAtTheEnd] :

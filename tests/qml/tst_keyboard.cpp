@@ -117,6 +117,46 @@ Push button alert|Acquisition period)"_s;
         key(ui, Qt::Key_Return);
         QTRY_COMPARE(ui.bar()->state(), u"connectionPage"_s);
     }
+    void keysDoWhatTheirButtonsDoAndOnlyThen()
+    {
+        Program ui;
+        const auto keys = [&ui](const char *sequence) { QTest::keySequence(ui.window, QKeySequence(sequence)); };
+        keys("F1");
+        QTRY_VERIFY(ui.find(u"Keyboard shortcuts"_s) && ui.find(u"Ctrl+N"_s));
+        keys("F2"); // not from behind a dialog
+        key(ui, Qt::Key_Escape);
+        QTRY_VERIFY(!ui.find(u"Keyboard shortcuts"_s));
+        QVERIFY(!ui.manager->board());
+        keys("F2");
+        QTRY_COMPARE(ui.bar()->state(), u"dashboardPage"_s);
+        QTRY_VERIFY(!ui.bar()->property("stackView").value<QObject *>()->property("busy").toBool());
+        keys("F5"); // disabled without a payload
+        QVERIFY(!ui.tx()->sequenceRunning());
+        keys("Ctrl+N");
+        QTRY_VERIFY(ui.find(u"P0 message"_s));
+        keys("F5");
+        QTRY_VERIFY(ui.tx()->sequenceRunning());
+        ui.peer.say("+TX=0,00");
+        QTRY_VERIFY(!ui.tx()->ackPending());
+        keys("Shift+F5");
+        QTRY_VERIFY(!ui.tx()->sequenceRunning());
+        for (const auto &[sequence, title] : {std::pair("Ctrl+S", u"Export logs to file..."_s),
+                                              {"Ctrl+O", u"Please choose your prepass csv file"_s},
+                                              {"Shift+F2", u"Disconnect ZEP1?"_s}}) {
+            keys(sequence);
+            QTRY_VERIFY2(ui.find(title), sequence);
+            key(ui, Qt::Key_Escape);
+            QTRY_VERIFY(!ui.find(title));
+        }
+        const QColor dark = ui.window->property("color").value<QColor>();
+        keys("Ctrl+T");
+        QTRY_VERIFY(ui.window->property("color").value<QColor>() != dark);
+        keys("Ctrl+T");
+        keys("Ctrl+,");
+        QTRY_COMPARE(ui.bar()->state(), u"settingsPage"_s);
+        keys("Ctrl+,");
+        QTRY_COMPARE(ui.bar()->state(), u"dashboardPage"_s);
+    }
 };
 QTEST_MAIN(TestKeyboard)
 #include "tst_keyboard.moc"

@@ -116,6 +116,22 @@ private Q_SLOTS:
             QCOMPARE(program.text(field), told); // the module said what was known before, or refused
             QVERIFY(!good || program.peer.requests().constLast() == sent);
         }
+        // What was not edited is sent as it is held, and not with the two decimals that show.
+        program.answers["AT+POS=?"] = {"+POS=43.5495,1.4848"};
+        program.click(position.arg("Get", "from"));
+        QCOMPARE(program.text("Latitude"), "43.55");
+        program.enter("Longitude", "2");
+        program.click(position.arg("Set", "in"));
+        QCOMPARE(program.peer.requests().constLast(), "AT+POS=43.5495,2");
+
+        program.enter("Latitude", "11");
+        program.enter("Min. elevation", "11");
+        program.manager->disconnect();
+        program.answers["AT+POS=?"] = program.answers["AT+PREPASS_CFG=?"] = {"+ERROR=1"};
+        program.connectTo(ZepBoard::ZEP2);
+        program.tx()->setSelectedProfile(TxManager::PREPASS_ON_MODULE);
+        QCOMPARE(program.text("Latitude"), "43.55");
+        QCOMPARE(program.text("Min. elevation"), "7.5");
     }
 
     void rangerTakesEachNumberAtOnce()
@@ -157,6 +173,8 @@ private Q_SLOTS:
         program.tx()->setSelectedProfile(TxManager::PREPASS_ON_MODULE);
         program.tx()->addPayloadItem("00000000");
         QVERIFY2(!program.enabled(upload), "nothing to upload");
+        program.peer.say("+AOP=B,2030-1-1T0:0:0Z,7000,98,100,-23,101,-2"); // as the module reads them out
+        QTRY_VERIFY(program.enabled(upload));
         program.click(download);
         const auto resting = [&] {
             QStringList found = names;
@@ -265,7 +283,7 @@ private Q_SLOTS:
         program.connectTo(ZepBoard::ZEP1);
         const QString hint = "Please import a CSV file exported from HelioWeb";
         const QString folder = QUrl::fromLocalFile(program.folder.path()).toString();
-        Screen::evaluate(program.find("Satellite pass predictions"), "importDialog.currentFolder = '" + folder + "'");
+        Screen::evaluate(program.find("Satellite pass predictions"), "importDialog.mFolder = '" + folder + "'");
         for (const auto &end : {QStringLiteral("Cancel"), QStringLiteral("gone")}) {
             QFile file("passes.csv");
             QVERIFY(file.open(QIODevice::WriteOnly));

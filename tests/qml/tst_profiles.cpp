@@ -98,8 +98,11 @@ private Q_SLOTS:
         QCOMPARE(program.peer.requests().join(' '), "AT+RCONF=3031323334353637383961626364655A AT+RCONF=?");
         QVERIFY(shown("SHRA4", "1 - 2", "3", "3"));
 
+        program.tx()->modulationModel()->clear(); // a modulation that the module does not report has no block
+        QVERIFY(!program.enabled("Apply chosen modulation"));
+
         Screen::evaluate(program.find("Apply chosen modulation"),
-                         "fileDialog.currentFolder = 'file://" + program.folder.path() + "'");
+                         "fileDialog.mFolder = 'file://" + program.folder.path() + "'");
         program.answers["AT+RCONF=30313233343536373839616263646566"] = {"+ERROR=5"};
         QSignalSpy log(program.manager->logger(), &Logger::logCreated);
         program.click("Upload your radio configuration from binary file");
@@ -148,6 +151,16 @@ private Q_SLOTS:
         program.click("Set parameter(s) in module");
         QCOMPARE(program.tx()->loraConfig()->appKey(), "00112233445566778899aabbccddeeff");
         QCOMPARE(program.tx()->loraConfig()->appEui(), "0123456789abcdef");
+
+        program.click("Update App Key"); // and what is typed for one device is not sent to the next
+        program.enter("App Key", "ffffffffffffffffffffffffffffffff");
+        program.manager->disconnect();
+        program.answers = {{"AT+FW=?", {"+FW=1,SW1.4.0"}}, {"AT+LORA_AKEY=?", {"+ERROR=1"}}};
+        program.connectTo(ZepBoard::RANGER);
+        program.click("LoRa connectivity");
+        QVERIFY(!program.field("App Key"));
+        program.click("Update App Key");
+        QCOMPARE(program.text("App Key"), "");
 
         program.manager->disconnect();
         program.answers["AT+FW=?"] = {"+FW=1,SW1.3.9"};

@@ -117,9 +117,9 @@ private Q_SLOTS:
         const auto import = u"Import configuration file"_s;
         const auto document = u"a.docx.txt"_s;
         m_ui->connectTo(ZepBoard::RANGER);
-        Screen::evaluate(find(u"Upload config"_s),
-                         u"importDialog.currentFolder = 'file://%1'"_s.arg(m_ui->folder.path()));
+        Screen::evaluate(find(u"Upload config"_s), u"importDialog.mFolder = 'file://%1'"_s.arg(m_ui->folder.path()));
         QVERIFY(QFile(m_ui->folder.filePath(document)).open(QIODevice::WriteOnly));
+        const auto refusal = u"ERROR: %1 is a document (.doc, .ppt, .odt) and no configuration!"_s.arg(document);
         QSignalSpy log(m_ui->manager->logger(), &Logger::logCreated);
         for (const auto &[button, end] :
              {std::pair(import, u"Escape"_s), {import, u"Open"_s}, {u"Export configuration"_s, u"Cancel"_s}}) {
@@ -127,12 +127,22 @@ private Q_SLOTS:
             QVERIFY(find(u"Configuration under way"_s));
             QTRY_VERIFY(find(u"Cancel"_s));
             if (end == u"Open") {
-                click(document); // is refused without a word
+                click(document);
             }
             end == u"Escape" ? key(Qt::Key_Escape) : click(end);
             QTRY_VERIFY(!find(u"Configuration under way"_s) && !find(u"Cancel"_s));
+            QCOMPARE(find(refusal) != nullptr, end == u"Open");
+            QTRY_VERIFY(!find(refusal));
         }
         QVERIFY(log.isEmpty());
+        // Only the own name of a file counts, and not that of its folder.
+        const QDir folder(m_ui->folder.filePath(u"my.documents"_s));
+        QVERIFY(folder.mkpath(u"."_s) && QFile(folder.filePath(u"a.txt"_s)).open(QIODevice::WriteOnly));
+        Screen::evaluate(find(u"Upload config"_s), u"importDialog.mFolder = 'file://%1'"_s.arg(folder.path()));
+        click(import);
+        click(u"a.txt"_s);
+        click(u"Open"_s);
+        QTRY_VERIFY(find(u"Configuration imported!"_s));
     }
 
     void messagesOfTheBackendAreColouredAndPassBy()
@@ -224,8 +234,20 @@ private Q_SLOTS:
         QTRY_COMPARE(m_ui->manager->board()->id(), u"00AABB"_s);
         QTRY_VERIFY(find(send) && enabled(send));
         m_ui->manager->tx()->setAckPending(false);
+        type(field, u"AT+PREPASS_E"_s);
+        key(Qt::Key_Tab);
+        QCOMPARE(text(field), u"AT+PREPASS_EN"_s);
+        QVERIFY(m_ui->field(field)->hasActiveFocus());
+        key(Qt::Key_Tab); // nothing is left to complete
+        QVERIFY(!m_ui->field(field)->hasActiveFocus());
+        type(field, u"AT+I"_s);
+        key(Qt::Key_Up);
+        QCOMPARE(text(field), u"AT+ID=?"_s);
+        key(Qt::Key_Down);
+        QCOMPARE(text(field), u"AT+I"_s);
 
         m_ui->manager->disconnect();
+        QCOMPARE(text(field), QString()); // meant for that device
         click(u"Settings"_s);
         QTRY_VERIFY(find(u"Module settings"_s) && !enabled(field));
         m_ui->singleton("Settings", "Settings")->setProperty("mode", ZepManager::BASIC);

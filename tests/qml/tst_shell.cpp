@@ -5,6 +5,7 @@
 
 #include <QDesktopServices>
 #include <QDir>
+#include <QFontMetricsF>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -61,13 +62,101 @@ private Q_SLOTS:
     {
         Program &program = *m_ui;
         program.connectTo(ZepBoard::ZEP1);
-        Q_EMIT program.tx()->txErrorOccured(QString("a line of an error ").repeated(6) + "\r\nanother\r\nand another");
+        const QString error = QString("a line of an error ").repeated(3) + "\r\nanother\r\nand another";
+        Q_EMIT program.tx()->txErrorOccured(error);
         QTRY_VERIFY(program.find("OK"));
+        const QQuickItem *title = program.find(error);
+        const QFontMetricsF metrics(title->property("font").value<QFont>());
+        const double width = metrics.horizontalAdvance(error.section("\r\n", 0, 0)) + 2 * 24; // of the longest line
+        QVERIFY2(qAbs(title->width() - width) < 3, qPrintable(QString::number(title->width())));
+        const QQuickItem *view = program.find("Tx payloads")->parentItem()->parentItem();
+        QVERIFY2((Screen::centre(title) - Screen::centre(view)).x() < 2, "not in the middle of its view");
         const QQuickItem *button = program.find("OK");
         const QRectF place = button->mapRectToScene(button->boundingRect());
         QVERIFY2(QRectF(QPointF(), button->window()->size()).contains(place), "beyond the edge of the window");
         program.click("OK");
         QTRY_VERIFY(!program.find("OK"));
+    }
+
+    void dialogOfAViewEndsWithItsSessionAndItsWindow()
+    {
+        const auto help = u"Need some help about transmission profiles?"_s;
+        const auto *texts = m_ui->singleton("Strings", "Strings")->property("tuto").value<QObject *>();
+        for (const auto &[shown, open] : {
+                 std::pair(texts->property("txProfiles").toString(), std::function([&] { click(help); })),
+                 {u"bad Tx"_s, [&] { Q_EMIT m_ui->tx()->txErrorOccured(u"bad Tx"_s); }},
+                 {u"bad CSV"_s, [&] { Q_EMIT m_ui->tx()->loadPrepassDataCompleted(u"bad CSV"_s); }},
+             }) {
+            connectBoard(u"ZEP1"_s);
+            open();
+            QTRY_VERIFY(find(shown));
+            m_ui->manager->disconnect();
+            QTRY_VERIFY2(!find(shown), qPrintable(shown));
+        }
+        m_ui->connectTo(ZepBoard::ZEP1);
+        clickOn(find(u"Expand window"_s, find(u"Tx payloads"_s)->parentItem()));
+        QTRY_VERIFY(secondaryWindow());
+        const Screen own{secondaryWindow()};
+        Q_EMIT m_ui->tx()->txErrorOccured(u"bad Tx"_s);
+        QTRY_VERIFY(own.find(u"bad Tx"_s));
+        own.window->close();
+        QTRY_VERIFY(find(u"Tx payloads"_s));
+        QTRY_VERIFY(!find(u"bad Tx"_s));
+    }
+
+    void missingSettingReadsAsItsDefaultAndLosesNoOther()
+    {
+        for (const QString &missing : {u"darkTheme"_s, u"firstVisit"_s, u"windowWidth"_s}) {
+            m_ui->stop();
+            const QVariantHash stored{
+                {u"darkTheme"_s, false},           {u"firstVisit"_s, false}, {u"mode"_s, int(ZepManager::EXPERT)},
+                {u"module"_s, int(ZepBoard::TBX)}, {u"windowHeight"_s, 700}, {u"windowWidth"_s, 1200}};
+            QSettings().clear();
+            for (auto value = stored.cbegin(); value != stored.cend(); ++value) {
+                if (value.key() != missing) {
+                    QSettings().setValue(value.key(), value.value());
+                }
+            }
+            m_ui->start();
+            QTest::qWait(800); // the toolkit writes after half a second
+            m_ui->stop();
+            for (auto value = stored.cbegin(); value != stored.cend(); ++value) {
+                if (value.key() != missing) {
+                    QCOMPARE(QSettings().value(value.key()).toString(), value.value().toString());
+                }
+            }
+            QCOMPARE(QSettings().value(missing).toString(), missing == u"windowWidth" ? u"1350"_s : u"true"_s);
+        }
+    }
+
+    void windowComesBackToItsPlaceOnAScreenThatExists()
+    {
+        const QRect screen = m_ui->window->screen()->geometry();
+        for (const auto &[x, y, place] : {std::tuple(30, 40, QPoint(30, 40)),
+                                          {screen.right() - 200, 50, QPoint(screen.right() + 1 - 700, 50)},
+                                          {5000, 50, QPoint()}}) { // of a screen that is gone
+            m_ui->window->setPosition(x, y);
+            m_ui->window->resize(700, 500);
+            QTRY_COMPARE(m_ui->window->position(), QPoint(x, y));
+            QTest::qWait(20);
+            QVERIFY(m_ui->window->close());
+            m_ui->stop();
+            m_ui->start();
+            if (x < 5000) {
+                QCOMPARE(m_ui->window->position(), place);
+            } else {
+                QVERIFY(screen.contains(m_ui->window->position()));
+            }
+            QCOMPARE(m_ui->window->size(), QSize(700, 500));
+        }
+        m_ui->window->showMaximized();
+        QTRY_VERIFY(m_ui->window->width() > 700);
+        QVERIFY(m_ui->window->close());
+        m_ui->stop();
+        m_ui->start();
+        QCOMPARE(m_ui->window->visibility(), QWindow::Maximized);
+        QVERIFY(m_ui->window->close());
+        QCOMPARE(QSettings().value(u"windowWidth"_s).toInt(), 700); // of the window that is not maximized
     }
 
     void unusableWindowSizeIsReplaced()
