@@ -5,6 +5,7 @@ import QtQuick
 import QtQuick.Controls.Material
 
 import com.sarvane.qml
+import "." as T
 
 // A pane that keeps and shows the lines of the session log. Every frame that exists keeps its own, whether or not it
 // is seen, and together they are all that is kept.
@@ -14,6 +15,10 @@ Frame {
     property string beaconCommandPrefix: "+BC="
     property string rxCommandPrefix: "+RX="
     property bool filterRx: false
+
+    // Whether Ctrl+F looks for a text here while no other pane of the window has the focus.
+    property bool mFindDefault: true
+    readonly property bool mInOwnWindow: !((Window.window as T.ApplicationWindow)?.mIsMainWindow ?? true)
 
     // What a screen reader calls the lines.
     required property string mName
@@ -40,10 +45,59 @@ Frame {
         }
     }
 
+    function beginFind(): void {
+        const origin = lines.firstShownRow();
+        findLoader.setSource("FindBar.qml", {
+            "mStore": store
+        });
+        (findLoader.item as T.FindBar).begin(origin);
+    }
+
+    function endFind(): void {
+        findLoader.source = "";
+        lines.forceActiveFocus(Qt.ShortcutFocusReason);
+    }
+
+    // A pane that has the focus takes Ctrl+F before the window's shortcut does.
+    Keys.onPressed: event => {
+        if (event.matches(StandardKey.Find)) {
+            root.beginFind();
+            event.accepted = true;
+        }
+    }
+    Keys.onShortcutOverride: event => event.accepted = event.matches(StandardKey.Find)
+
+    Shortcut {
+        enabled: root.visible && (root.mFindDefault || root.mInOwnWindow)
+        sequence: "Ctrl+F"
+
+        onActivated: root.beginFind()
+    }
+
+    Loader {
+        id: findLoader
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+    }
+
+    Connections {
+        function onClosed() {
+            root.endFind();
+        }
+
+        ignoreUnknownSignals: true
+        target: findLoader.item
+    }
+
     LogLines {
         id: lines
 
-        anchors.fill: parent
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: findLoader.bottom
+        mFinder: (findLoader.item as T.FindBar)?.mFinder ?? null
         store: store
         Accessible.name: root.mName
     }

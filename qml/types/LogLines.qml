@@ -8,6 +8,7 @@ import QtQuick.Controls.Material
 
 import com.sarvane.qml
 import Style
+import "." as T
 
 // The rows of a log, only those in sight being built: the cost of a new line does not depend on how many there are.
 // The view stays at the newest line, unless the user has scrolled up to read, until they return to the end. Text is
@@ -18,6 +19,8 @@ FocusScope {
     required property LogModel store
 
     property bool held: true
+    /// What marks its hits here, and moves the view to the present one; null while nothing is looked for.
+    property LogFinder mFinder: null
     // As a control says it.
     readonly property int focusPolicy: Qt.StrongFocus
     readonly property alias mList: list
@@ -72,8 +75,27 @@ FocusScope {
 
     // To the newest line, if that is where the user wants to be. Rows are built only for a pane that can be seen.
     function follow(): void {
-        if (held && visible && !mouse.pressed) {
+        if (!held || !visible || mouse.pressed) {
+            return;
+        }
+        // The view moves no further than to the end that it estimates from the rows that exist. Each move builds rows at
+        // the end, and a line that wraps makes them higher than the estimate, so it moves until it stays.
+        for (let moves = 0, before = NaN; moves < 5 && before !== list.contentY; ++moves) {
+            before = list.contentY;
             list.positionViewAtEnd();
+        }
+    }
+
+    // The row that the user reads first.
+    function firstShownRow(): int {
+        return list.indexAt(1, list.contentY + 1);
+    }
+
+    function showHit(): void {
+        if (mFinder !== null && mFinder.currentRow >= 0) {
+            held = false;
+            list.positionViewAtIndex(mFinder.currentRow, ListView.Contain);
+            list.positionViewAtIndex(mFinder.currentRow, ListView.Contain); // by the heights of the rows built meanwhile
         }
     }
 
@@ -119,6 +141,11 @@ FocusScope {
     }
 
     onHeightChanged: settling.restart()
+    onMFinderChanged: {
+        if (mFinder === null && list.atYEnd) {
+            held = true;
+        }
+    }
     onVisibleChanged: follow()
     onWidthChanged: settling.restart()
 
@@ -190,8 +217,10 @@ FocusScope {
 
             // By hand and not by a binding, since the selection is to be made in the text that belongs to it.
             function show(): void {
+                marks.mText = "";
                 line.text = line.shown;
                 line.mark();
+                marks.mText = line.shown;
             }
 
             activeFocusOnPress: false
@@ -206,6 +235,14 @@ FocusScope {
 
             Accessible.name: line.shown
             Accessible.role: Accessible.StaticText
+
+            T.FindMarks {
+                id: marks
+
+                mFinder: root.mFinder
+                mIsCurrent: root.mFinder?.currentRow === line.index
+                mLine: line
+            }
 
             Component.onCompleted: line.show()
             onSelectedFromChanged: line.mark()
@@ -259,6 +296,40 @@ FocusScope {
                 mouse.extend();
             }
         }
+    }
+
+    // Built when the view does not follow for the first time.
+    Loader {
+        id: jump
+
+        property bool wanted: false
+
+        active: wanted
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.rightMargin: bar.width + 6
+        source: "JumpButton.qml"
+        visible: !root.held && list.count > 0
+
+        onVisibleChanged: wanted = wanted || visible
+    }
+
+    Connections {
+        function onClicked() {
+            root.held = true;
+            root.follow();
+        }
+
+        ignoreUnknownSignals: true
+        target: jump.item
+    }
+
+    Connections {
+        function onCurrentChanged() {
+            root.showHit();
+        }
+
+        target: root.mFinder
     }
 
     Connections {

@@ -39,6 +39,7 @@ T.ExpandableView {
         Layout.fillHeight: true
         Layout.fillWidth: true
         filterRx: true
+        mFindDefault: false
         mName: qsTr("RX lines")
     }
 }

@@ -42,6 +42,9 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    /// The characters of a published row that a view is given, as they came.
+    [[nodiscard]] QStringView beginningOf(int row) const { return QStringView(m_lines.at(row)).left(shownLength); }
+
     Q_INVOKABLE void append(const QString &line);
     Q_INVOKABLE void clear();
     /// Tells the views of the batch under way now, not at the end of its time.

@@ -101,6 +101,75 @@ private Q_SLOTS:
         QTRY_VERIFY(list->property("atYBeginning").toBool());
     }
 
+    void batchThatEndsInAWrappedLineIsShownToItsEnd()
+    {
+        QObject *list = listOf("Log lines");
+        int rows = 0;
+        for (const int width : {1350, 1700}) {
+            m_window->setWidth(width);
+            for (int batch = 0; batch < 20; ++batch) {
+                for (int line = 0; line < 20; ++line, ++rows) {
+                    log(QString("short %1").arg(rows));
+                }
+                log(QString("long %1 ").arg(rows++) + QString("word ").repeated(60));
+                QTRY_COMPARE(list->property("count").toInt(), rows);
+                const QVariant below = Screen::evaluate(
+                    list, "(last => last ? last.y + last.height - contentY - height : 999)(itemAtIndex(count - 1))");
+                QVERIFY2(below.toDouble() < 1,
+                         qPrintable(QString("%1 px below at %2").arg(below.toDouble()).arg(batch)));
+            }
+        }
+    }
+
+    void findGoesFromHitToHitAndTheEndIsFollowedAfterwards()
+    {
+        QObject *list = listOf("Log lines");
+        for (int line = 0; line < 300; ++line) {
+            log(line % 100 == 50 ? QString("row %1 Needle and needle").arg(line) : QString("row %1").arg(line));
+        }
+        QTRY_COMPARE(list->property("count").toInt(), 300);
+        const auto marks = [&](int row) {
+            return Screen::evaluate(list, QString("Array.from(itemAtIndex(%1)?.children ?? [])"
+                                                  ".filter(child => child.modelData !== undefined).length")
+                                              .arg(row))
+                .toInt();
+        };
+        const auto key = [this](Qt::Key code, Qt::KeyboardModifiers with = {}) {
+            QTest::keyClick(m_window, code, with);
+        };
+        clickOn(find("Log lines"));
+        QTest::keySequence(m_window, QKeySequence::Find);
+        QTRY_VERIFY(find("Find in the log") && find("Find in the log")->hasActiveFocus());
+        for (const char letter : {'n', 'e', 'e', 'd', 'l', 'e'}) {
+            QTest::keyClick(m_window, letter);
+        }
+        QTRY_VERIFY(find("3 of 3")); // the last one, since none is behind what showed
+        QTRY_COMPARE(marks(250), 2);
+        QVERIFY(!list->property("atYEnd").toBool());
+        QTRY_VERIFY(find("Jump to latest"));
+        key(Qt::Key_F3);
+        QTRY_VERIFY(find("1 of 3") && marks(50) == 2);
+        key(Qt::Key_F3, Qt::ShiftModifier);
+        QTRY_VERIFY(find("3 of 3"));
+        key(Qt::Key_Return);
+        log("row 300 needle"); // the view stays at the hit
+        QTRY_COMPARE(marks(50), 2);
+        QTRY_VERIFY(find("1 of 4"));
+        click("Match case");
+        QTRY_VERIFY(find("4 of 4") && marks(300) == 1);
+        click("Previous hit");
+        QTRY_VERIFY(find("3 of 4") && marks(250) == 1);
+        click("Jump to latest");
+        QTRY_VERIFY(list->property("atYEnd").toBool() && !find("Jump to latest"));
+        find("Find in the log")->forceActiveFocus();
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!find("Find in the log") && find("Log lines")->hasActiveFocus());
+        QCOMPARE(marks(300), 0);
+        log("row 301");
+        QTRY_COMPARE(list->property("count").toInt(), 302);
+        QVERIFY(list->property("atYEnd").toBool());
+    }
+
     void droppedLinesMoveNeitherTheReaderNorTheSelection()
     {
         QObject *list = listOf("Log lines");

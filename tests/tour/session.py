@@ -50,6 +50,23 @@ def free_commands(tour):
     tour.window.click("Return")
 
 
+def find_in_the_log(tour):
+    """By keys alone; the log has the connection and its requests."""
+    tour.window.key("ctrl+f")
+    tour.window.wait_for("Find in the log", "text")
+    tour.window.type("at+")
+    tour.window.wait_text("1 of 6")  # what a ZEP1 is asked in expert mode
+    tour.shot("find")
+    for key, number in (("F3", "2 of 6"), ("shift+F3", "1 of 6"), ("shift+F3", "6 of 6")):
+        tour.window.key(key)
+        tour.window.wait_text(number)
+    tour.window.click("Match case")
+    tour.window.wait_text("0 found")
+    tour.window.click("Find in the log", "text")
+    tour.window.key("Escape")
+    tour.window.wait_gone("Find in the log")
+
+
 def export(tour):
     target = tour.stage.work / "session.log"
     tour.window.click("Export logs/AT commands")

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "LogFinder.h"
 #include "LogModel.h"
 
 #include <QAbstractItemModelTester>
@@ -71,6 +72,48 @@ private Q_SLOTS:
         model.clear();
         fill(1);
         QCOMPARE(model.text(), QString::number(next - 1)); // nothing is missing here
+    }
+
+    void findFollowsWhatIsAppendedAndDropped()
+    {
+        LogModel model(nullptr, 1000);
+        LogFinder finder;
+        finder.setModel(&model);
+        int next = 0;
+        const auto fill = [&](int count) {
+            for (; count > 0; --count, ++next) {
+                model.append(next % 100 == 50 ? QStringLiteral("Hit %1").arg(next) : QString::number(next));
+            }
+            model.publish();
+        };
+        const auto current = [&] { return model.index(finder.currentRow()).data(LogModel::ShownRole).toString(); };
+        finder.setPattern(QStringLiteral("hIT"));
+        finder.setOrigin(500);
+        fill(900);
+        QTRY_VERIFY(!finder.isSearching());
+        QCOMPARE(finder.count(), 9);
+        QCOMPARE(current(), QStringLiteral("Hit 550"));
+        finder.next();
+        QCOMPARE(current(), QStringLiteral("Hit 650"));
+        fill(350); // 300 rows make room
+        QTRY_VERIFY(!finder.isSearching());
+        QCOMPARE(finder.count(), 9);
+        QCOMPARE(current(), QStringLiteral("Hit 650"));
+        for (int hits = 0; hits < 6; ++hits) {
+            finder.next();
+        }
+        QCOMPARE(current(), QStringLiteral("Hit 350")); // round the end
+        finder.previous();
+        QCOMPARE(current(), QStringLiteral("Hit 1150"));
+        finder.setCaseSensitive(true);
+        QTRY_VERIFY(!finder.isSearching());
+        QCOMPARE(finder.count(), 0);
+        finder.setPattern(QStringLiteral("1"));
+        QVERIFY(finder.isSearching());
+        model.clear();
+        QTRY_VERIFY(!finder.isSearching());
+        QVERIFY(finder.count() == 0 && finder.currentRow() == -1);
+        QCOMPARE(finder.columnsIn(QStringLiteral("1a111")), (QList<int>{0, 2, 3, 4}));
     }
 
     void clearForgetsTheBatchUnderWay()
