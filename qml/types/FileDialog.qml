@@ -15,8 +15,8 @@ FileDialog {
     /// What the popups of the asking window live in.
     required property Item mOverlay
 
-    /// The folder that the dialog starts in.
-    property url mFolder: Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)
+    /// The folder that the dialog starts in: the documents, or the home folder where there is none.
+    property url mFolder: Platform.StandardPaths.locate(Platform.StandardPaths.DocumentsLocation, "", Platform.StandardPaths.LocateDirectory) || Platform.StandardPaths.writableLocation(Platform.StandardPaths.HomeLocation)
 
     parentWindow: mOverlay?.Window.window ?? null
 

@@ -79,6 +79,7 @@ Frame {
 
         anchors.left: parent.left
         anchors.right: parent.right
+        height: item?.implicitHeight ?? 0
     }
 
     Connections {

@@ -231,7 +231,7 @@ def owe_a_result(session):
 def write_passes(session):
     """One pass, which has begun."""
     begin = datetime.datetime.now(datetime.timezone.utc) - datetime.timedelta(minutes=1)
-    (session.stage.work / "passes.csv").write_text(f"{HEADER}HERE,{begin:%m-%d-%Y %H:%M:%S},,,00:30:00,42.5,0,90,180\n")
+    (session.stage.documents / "passes.csv").write_text(f"{HEADER}HERE,{begin:%m-%d-%Y %H:%M:%S},,,00:30:00,42.5,0,90,180\n")
 
 
 def import_passes(session, strike):
@@ -251,14 +251,14 @@ def be_in_a_pass(session):
 def load_radio(session, _strike):
     session.press("Upload your radio configuration from binary file")
     session.window.wait_text("Please choose your radio configuration binary file")
-    (session.stage.work / "radio.bin").write_bytes(next((ROOT / "sim/rconf").glob("*_HRA2.bin")).read_bytes())
+    (session.stage.documents / "radio.bin").write_bytes(next((ROOT / "sim/rconf").glob("*_HRA2.bin")).read_bytes())
     Tour.open_file(session, "radio.bin")
 
 
 def write_file(button, title, name):
     """By the button's dialog; the file may get another beginning than the name."""
     def act(session, strike):
-        for file in session.stage.work.glob("*" + name):
+        for file in session.stage.documents.glob("*" + name):
             file.unlink()
         session.press(button)
         session.window.wait_text(title)
@@ -269,7 +269,7 @@ def write_file(button, title, name):
 
 
 def written(session, name):
-    text, = (file.read_text() for file in session.stage.work.glob("*" + name))
+    text, = (file.read_text() for file in session.stage.documents.glob("*" + name))
     return text
 
 
@@ -310,7 +310,7 @@ def saved(session):
 
 
 def load(session, strike):
-    (session.stage.work / "device.conf").write_text("AT+PACQ=900\r\n")
+    (session.stage.documents / "device.conf").write_text("AT+PACQ=900\r\n")
     session.press("Import configuration file")
     session.window.wait_text("Please choose your configuration file")
     if not strike():

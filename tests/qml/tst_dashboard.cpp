@@ -164,6 +164,7 @@ private Q_SLOTS:
         find("Find in the log")->forceActiveFocus();
         key(Qt::Key_Escape);
         QTRY_VERIFY(!find("Find in the log") && find("Log lines")->hasActiveFocus());
+        QCOMPARE(find("Log lines")->y(), 0); // in the place of the bar
         QCOMPARE(marks(300), 0);
         log("row 301");
         QTRY_COMPARE(list->property("count").toInt(), 302);

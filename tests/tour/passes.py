@@ -25,7 +25,7 @@ def import_passes(tour):
         return f"{name},{start:%m-%d-%Y %H:%M:%S},,,00:12:00,42.5,0,90,180\n"
 
     minute = datetime.timedelta(minutes=1)
-    (tour.stage.work / "passes.csv").write_text(
+    (tour.stage.documents / "passes.csv").write_text(
         HEADER + row("LATER", next_year()) + row("SOON", now() + 30 * minute) + row("HERE", now() - minute) +
         row("GONE", now() - 30 * minute))
     tour.window.click("Import data")

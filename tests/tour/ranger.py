@@ -62,7 +62,7 @@ def upload(tour):
 
 
 def export_configuration(tour):
-    target = tour.stage.work / FILE
+    target = tour.stage.documents / FILE
     tour.window.click("Export configuration")
     tour.window.wait_text("Export config to file...")
     tour.save_file_as(FILE)
@@ -75,7 +75,7 @@ def export_configuration(tour):
 
 
 def import_configuration(tour):
-    file = tour.stage.work / FILE
+    file = tour.stage.documents / FILE
     file.write_text(file.read_text().replace("AT+PACQ=600", "AT+PACQ=900")
                     .replace("AT+ALRT_LIGHT=1,500,2500", "AT+ALRT_LIGHT=0,450,2000"))
     tour.window.click("Import configuration file")

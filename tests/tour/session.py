@@ -65,10 +65,12 @@ def find_in_the_log(tour):
     tour.window.click("Find in the log", "text")
     tour.window.key("Escape")
     tour.window.wait_gone("Find in the log")
+    tour.window.click("Jump to latest")
+    tour.window.wait_gone("Jump to latest")
 
 
 def export(tour):
-    target = tour.stage.work / "session.log"
+    target = tour.stage.documents / "session.log"
     tour.window.click("Export logs/AT commands")
     tour.window.wait_text("Export logs to file...")
     tour.shot("export", own=False)

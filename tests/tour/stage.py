@@ -42,6 +42,7 @@ class Stage:
         self.board = board
         self.out = pathlib.Path(out).resolve()
         self.work = self.out / "work"
+        self.documents = self.work / "home/Documents"  # where the file dialogs start
         self.port = self.work / "port"
         self.console_path = self.work / "console"
         self.processes = []
@@ -50,7 +51,7 @@ class Stage:
 
     def __enter__(self):
         shutil.rmtree(self.work, ignore_errors=True)
-        self.work.mkdir(parents=True)
+        self.documents.mkdir(parents=True)
         self._start_display()
         self._start_accessibility()
         return self

@@ -116,7 +116,7 @@ class Tour:
         field = next(node for node in nodes[label:] if node.get_role_name() == "text")
         self.window.click_node(field)
         self.window.key("ctrl+a")  # the name of the time before
-        self.window.type(name)  # the dialog starts in the working directory when there is no documents folder
+        self.window.type(name)
         self.window.key("Tab")  # leaving the field is what names the file
         self.window.click("Save")
 
