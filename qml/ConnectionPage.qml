@@ -20,6 +20,15 @@ Item {
 
     property int board: Settings.module
     property bool changedToExpertMode: false
+    property bool mSessionEnded: false
+
+    // Return connects again, as soon as the kit is plugged in.
+    StackView.onActivated: {
+        if (mSessionEnded) {
+            mSessionEnded = false;
+            connectButton.forceActiveFocus();
+        }
+    }
 
     ColumnLayout {
         anchors.centerIn: parent
@@ -128,21 +137,46 @@ Item {
                         T.ComboBox {
                             id: portBox
 
+                            // The rows move when an adapter comes or goes, so the choice is a name.
+                            property string chosen
+                            property string lastSeen
+
+                            /// Chooses the port of the last session when it appears, or else keeps the choice, or else
+                            /// takes the first one.
+                            function choose(): void {
+                                const last = ZepManager.serialPort.lastPort;
+                                if (last !== lastSeen && last !== "") {
+                                    chosen = last;
+                                }
+                                lastSeen = last;
+                                if (ZepManager.serialPort.rowOf(chosen) < 0) {
+                                    chosen = ZepManager.serialPort.portAt(0);
+                                }
+                                currentIndex = ZepManager.serialPort.rowOf(chosen);
+                            }
+
                             Accessible.name: qsTr("COM port")
                             implicitWidth: 150
                             model: ZepManager.serialPort.portListModel
                             textRole: "display"
+
+                            Component.onCompleted: choose()
+                            onActivated: chosen = currentText
+                            onCountChanged: choose()
                         }
 
                         T.ToolButton {
                             icon.source: "qrc:/images/refresh.svg"
                             mToolTip: qsTr("Refresh list")
 
-                            onClicked: {
-                                ZepManager.serialPort.enumerate();
-                                portBox.currentIndex = 0;
-                            }
+                            onClicked: ZepManager.serialPort.enumerate()
                         }
+                    }
+
+                    T.UnitLabel {
+                        color: Style.color.lightRed
+                        text: qsTr("No serial port: plug the kit in")
+                        visible: portBox.count === 0
                     }
 
                     T.Label {
@@ -173,8 +207,7 @@ Item {
                         ToolTip.text: Shortcuts.hint(qsTr("Connect to the evaluation kit"), Shortcuts.connect)
                         ToolTip.timeout: 3000
                         ToolTip.visible: hovered
-                        // A board type that only an edited settings file holds checks no button and cannot be meant.
-                        enabled: boardGroup.checkedButton !== null
+                        enabled: portBox.count > 0
                         mColor: Material.accentColor
                         mText: qsTr("Connect")
 
@@ -242,6 +275,18 @@ Item {
         function onConnected() {
             busyIndicator.running = false;
             Settings.module = ZepManager.board.module;
+        }
+
+        function onDisconnected() {
+            root.mSessionEnded = true;
+        }
+    }
+
+    Connections {
+        target: ZepManager.serialPort.portListModel
+
+        function onModelReset() {
+            portBox.choose();
         }
     }
 

@@ -8,7 +8,7 @@
 
 #include <qt_windows.h>
 
-// Windows reports a pulled adapter as a ResourceError, and the reason of a failed open by QSerialPort itself.
+// QSerialPort itself gives the reason of a failed open, and SerialPortManager finds a pulled adapter by other means.
 
 bool serialLineHungUp(const QSerialPort &)
 {
@@ -18,6 +18,17 @@ bool serialLineHungUp(const QSerialPort &)
 QString serialLineOpenProblem(const QString &)
 {
     return {};
+}
+
+PortRefusal serialPortRefusal(const QSerialPort &port)
+{
+    PortRefusal refusal;
+    if (port.error() == QSerialPort::DeviceNotFoundError) {
+        refusal.reason = PortRefusal::Gone;
+    } else if (port.error() == QSerialPort::PermissionError) {
+        refusal.reason = PortRefusal::Busy; // a port has no owner there, and the system does not name the program
+    }
+    return refusal;
 }
 
 bool syncToDisk(const QString &path)

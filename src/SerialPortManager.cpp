@@ -8,31 +8,40 @@
 
 #include <QMetaEnum>
 #include <QPointer>
-#include <QSerialPortInfo>
+#include <QScopedValueRollback>
 #include <QSettings>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int loggedErrorsMax = 20; // per opening: some lines report the same error without end
+constexpr int loggedErrorsMax = 20;      // per opening: some lines report the same error without end
+constexpr qint64 lookIntervalMin = 1000; // milliseconds between two looks at a port that reports errors
+
+bool hasPort(const QList<ListedPort> &ports, const QString &name)
+{
+    return std::any_of(ports.cbegin(), ports.cend(), [&](const ListedPort &port) { return port.name == name; });
+}
 } // namespace
 
 SerialPortManager::SerialPortManager(QObject *parent)
-    : QObject(parent), m_port(new QSerialPort(this)), portListModel(new QStringListModel(this))
+    : QObject(parent), m_port(new QSerialPort(this)), portListModel(new QStringListModel(this)), m_watcher(this)
 {
     // Queued, because the port emits no further readyRead while one is being handled: a slot that waits for an answer
     // would wait in vain.
     connect(m_port, &QSerialPort::readyRead, this, &SerialPortManager::onDataRead, Qt::QueuedConnection);
     connect(m_port, &QSerialPort::errorOccurred, this, &SerialPortManager::onSerialPortError);
+    connect(&m_watcher, &PortWatcher::changed, this, &SerialPortManager::onPortsChanged);
     enumerate();
 }
 
 void SerialPortManager::enumerate()
 {
     QStringList names;
-    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
-        names.append(port.portName());
+    m_listed = m_systemPorts();
+    for (const ListedPort &port : qAsConst(m_listed)) {
+        names.append(port.name);
     }
     const QSettings config(u"config.ini"_s, QSettings::IniFormat);
     const QStringList extraPorts = config.value("Serial/extraPorts").toStringList();
@@ -43,6 +52,44 @@ void SerialPortManager::enumerate()
     }
     portListModel->setStringList(names);
     Q_EMIT portListModelChanged();
+}
+
+void SerialPortManager::onPortsChanged()
+{
+    if (!m_port->isOpen() && m_systemPorts() != m_listed) {
+        enumerate();
+    }
+}
+
+int SerialPortManager::rowOf(const QString &portName) const
+{
+    return static_cast<int>(portListModel->stringList().indexOf(portName));
+}
+
+QString SerialPortManager::lastPort() const
+{
+    const ListedPort last = ListedPort::last();
+    const QString name = last.nameIn(m_listed);
+    // A port of config.ini has no adapter that is known.
+    return name.isEmpty() && last.serialNumber.isEmpty() && rowOf(last.name) >= 0 ? last.name : name;
+}
+
+void SerialPortManager::rememberPort(const QString &portName)
+{
+    ListedPort used;
+    used.name = portName;
+    for (const ListedPort &port : qAsConst(m_listed)) {
+        if (port.name == portName) {
+            used = port;
+        }
+    }
+    used.remember();
+}
+
+void SerialPortManager::setSystemPorts(const std::function<QList<ListedPort>()> &list)
+{
+    m_systemPorts = list;
+    enumerate();
 }
 
 void SerialPortManager::configure(const PortSettings &settings)
@@ -61,16 +108,21 @@ bool SerialPortManager::open(const QString &portName)
     }
     m_lineLost = false;
     m_loggedErrors = 0;
+    m_openHelp.clear();
     m_port->setPortName(portName);
     if (!m_port->open(QIODevice::ReadWrite)) {
         m_lineLost = false; // one report is enough
         QStringList reasons{m_port->errorString(), serialLineOpenProblem(portName)};
         reasons.removeDuplicates();
         qCCritical(lcWire).noquote() << "Unable to open port" << portName << reasons.join(u' ');
+        m_openHelp = portHelp(serialPortRefusal(*m_port));
         Q_EMIT serialError("Unable to open port "_L1 + portName);
         return false;
     }
     m_port->clear(); // what waited there answers nobody
+    m_listedAs = hasPort(m_listed, portName) ? portName : QString();
+    m_sinceLook.invalidate();
+    m_answeredStatusQuery = answersStatusQuery();
     return true;
 }
 
@@ -117,7 +169,7 @@ bool SerialPortManager::lineArrived()
 
 void SerialPortManager::onSerialPortError(QSerialPort::SerialPortError error)
 {
-    if (error == QSerialPort::NoError || m_lineLost) {
+    if (error == QSerialPort::NoError || m_lineLost || m_queryingStatus) {
         return;
     }
     if (m_loggedErrors < loggedErrorsMax) {
@@ -127,10 +179,37 @@ void SerialPortManager::onSerialPortError(QSerialPort::SerialPortError error)
     }
     // What a lost line reports is a matter of luck, but it reports it without end. It cannot be closed from here: the
     // port is in the middle of an open or a read.
-    if (error == QSerialPort::ResourceError || serialLineHungUp(*m_port)) {
+    if (isLost(error)) {
         m_lineLost = true;
         QMetaObject::invokeMethod(this, &SerialPortManager::onLineLost, Qt::QueuedConnection);
     }
+}
+
+bool SerialPortManager::isLost(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::ResourceError || serialLineHungUp(*m_port)) {
+        return true;
+    }
+    if (error == QSerialPort::TimeoutError || !m_port->isOpen()) {
+        return false;
+    }
+    // Some drivers report a pulled adapter as an unknown error, and without end.
+    if (m_sinceLook.isValid() && m_sinceLook.elapsed() < lookIntervalMin) {
+        return false;
+    }
+    m_sinceLook.start();
+    return (!m_listedAs.isEmpty() && !hasPort(m_systemPorts(), m_listedAs)) ||
+           (m_answeredStatusQuery && !answersStatusQuery());
+}
+
+bool SerialPortManager::answersStatusQuery()
+{
+    const QScopedValueRollback<bool> querying(m_queryingStatus, true);
+    m_port->clearError();
+    m_port->pinoutSignals(); // which a pseudo terminal does not have
+    const bool isAnswered = m_port->error() == QSerialPort::NoError;
+    m_port->clearError();
+    return isAnswered;
 }
 
 void SerialPortManager::onLineLost()

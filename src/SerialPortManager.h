@@ -3,12 +3,17 @@
 
 #pragma once
 
+#include "ListedPort.h"
 #include "PortSettings.h"
+#include "PortWatcher.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSerialPort>
 #include <QStringListModel>
 #include <QtQmlIntegration>
+
+#include <functional>
 
 /// Owns the serial port and moves lines, of whatever content: lists the ports, opens one, writes bytes, and cuts what
 /// arrives into trimmed lines. There is one for the life of the program. What is virtual is so for a test that has no
@@ -18,6 +23,8 @@ class SerialPortManager : public QObject
     Q_OBJECT
     QML_ANONYMOUS
     Q_PROPERTY(QStringListModel *portListModel READ ports NOTIFY portListModelChanged)
+    Q_PROPERTY(QString lastPort READ lastPort NOTIFY portListModelChanged)
+    Q_PROPERTY(QString openHelp READ openHelp NOTIFY serialError)
 
 public:
     explicit SerialPortManager(QObject *parent = nullptr);
@@ -25,8 +32,22 @@ public:
     [[nodiscard]] QStringListModel *ports() const { return portListModel; }
 
     /// Lists the ports anew: the system's, in its order, then the names and absolute paths under
-    /// "Serial/extraPorts" in the config.ini of the working directory.
+    /// "Serial/extraPorts" in the config.ini of the working directory. While no port is open this happens by itself
+    /// when an adapter appears or vanishes.
     Q_INVOKABLE void enumerate();
+    /// The row of a port in the list, -1 if it is not there.
+    Q_INVOKABLE [[nodiscard]] int rowOf(const QString &portName) const;
+    /// The port in a row of the list; empty if there is none.
+    Q_INVOKABLE [[nodiscard]] QString portAt(int row) const { return portListModel->stringList().value(row); }
+    /// The port of the last session by the name that it has in the list now; empty if it is not there.
+    [[nodiscard]] QString lastPort() const;
+    /// Stores \a portName and its adapter as the port of the last session.
+    void rememberPort(const QString &portName);
+    /// Replaces the system's list, for a test that has no adapters.
+    void setSystemPorts(const std::function<QList<ListedPort>()> &list);
+
+    /// What the user can do about the failure that serialError() has just reported; empty for want of a known remedy.
+    [[nodiscard]] QString openHelp() const { return m_openHelp; }
 
     /// Sets the parameters of the line, of the open port or of the next to be opened.
     void configure(const PortSettings &settings);
@@ -53,12 +74,24 @@ private Q_SLOTS:
     void onSerialPortError(QSerialPort::SerialPortError error);
 
 private:
+    void onPortsChanged();
+    [[nodiscard]] bool answersStatusQuery();
+    [[nodiscard]] bool isLost(QSerialPort::SerialPortError error);
     /// Whether a whole line waits in the port. Costs the same however long the line before its end has grown.
     [[nodiscard]] bool lineArrived();
     void onLineLost();
 
     QSerialPort *m_port = nullptr;
     QStringListModel *portListModel = nullptr;
+    PortWatcher m_watcher;
+    std::function<QList<ListedPort>()> m_systemPorts = &ListedPort::ofSystem;
+    QList<ListedPort> m_listed; ///< the last answer of m_systemPorts
+    QString m_openHelp;
     bool m_lineLost = false;
+    // What held when the port was opened, for the look at a port that reports an error.
+    QString m_listedAs; // empty for a port of config.ini
+    bool m_answeredStatusQuery = false;
+    bool m_queryingStatus = false;
+    QElapsedTimer m_sinceLook;
     int m_loggedErrors = 0;
 };

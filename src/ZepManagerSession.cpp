@@ -64,6 +64,7 @@ void ZepManager::connect(ZepBoard::Module module, const QString &portName, const
         return; // disconnect() came in between, and has said all there is to say
     }
     if (answered) {
+        m_serialPort->rememberPort(portName);
         Q_EMIT connected();
         m_logger->log(Logger::APP, board->name() + " connected on port "_L1 + portName);
         initBoard(module);

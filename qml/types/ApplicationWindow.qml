@@ -129,6 +129,7 @@ ApplicationWindow {
         function onSerialError(error: string) {
             if (root.mIsMainWindow) {
                 serialErrorDialog.title = error;
+                serialErrorDialog.mHelp = ZepManager.serialPort.openHelp;
                 serialErrorDialog.open();
             } else {
                 root.closeIfShown();

@@ -47,7 +47,8 @@ class TestShell : public ProgramTest
 
     void connectBoard(const QString &board)
     {
-        m_ui->manager->serialPort()->ports()->setStringList({m_ui->peer.path()}); // which disconnect() listed anew
+        // The list is the system's again since disconnect().
+        m_ui->manager->serialPort()->ports()->setStringList({m_ui->peer.path()});
         click(board);
         click(u"Connect"_s);
         QTRY_COMPARE(page(), u"dashboardPage"_s);
@@ -216,12 +217,47 @@ private Q_SLOTS:
         const QString title = u"Unable to open port "_s + port;
         QTRY_VERIFY(find(title));
         QCOMPARE(find(title)->property("textFormat").toInt(), int(Qt::PlainText));
+        QVERIFY(find(u"There is no such port now. Plug the kit in, or choose another port."_s));
         QVERIFY(find(u"Connect"_s)->isEnabled());
         QCOMPARE(settings()->property("module").toInt(), int(ZepBoard::ZEP1));
 
         click(u"OK"_s);
         QTRY_VERIFY(!find(title));
         QVERIFY(!m_ui->manager->board() && page() == u"connectionPage");
+    }
+
+    void portIsChosenByNameAndTheLastOneWhenItComesBack()
+    {
+        SerialPortManager *port = m_ui->manager->serialPort();
+        QQuickItem *box = m_ui->find(u"COM port"_s, "currentIndex");
+        const auto shown = [&](const QString &names) {
+            port->setSystemPorts([names] {
+                QList<ListedPort> ports;
+                for (const QString &name : names.split(u' ', Qt::SkipEmptyParts)) {
+                    ports.append({name, {}, 0, 0});
+                }
+                return ports;
+            });
+            return box->property("currentText").toString();
+        };
+        QCOMPARE(shown(u"A B C"_s), u"A"_s);
+        box->forceActiveFocus();
+        QTest::keyClick(m_ui->window, Qt::Key_Down);
+        QCOMPARE(shown(u"A B C"_s), u"B"_s);
+        QCOMPARE(shown(u"B C"_s), u"B"_s);
+        QCOMPARE(shown(u"A C"_s), u"A"_s);
+        QCOMPARE(shown(u"A"_s), u"A"_s);
+        port->rememberPort(u"C"_s);
+        QCOMPARE(shown(u"A B"_s), u"A"_s);
+        QCOMPARE(shown(u"A B C"_s), u"C"_s);
+        QTest::keyClick(m_ui->window, Qt::Key_Up);
+        QCOMPARE(shown(u"A B C D"_s), u"B"_s); // and a choice by hand stays
+        QCOMPARE(shown({}), QString());
+        QVERIFY(!find(u"Connect"_s)->isEnabled() && find(u"No serial port: plug the kit in"_s));
+        QCOMPARE(shown(u"C"_s), u"C"_s);
+        QVERIFY(find(u"Connect"_s)->isEnabled() && !find(u"No serial port: plug the kit in"_s));
+        m_ui->stop();
+        QCOMPARE(ListedPort::last().name, u"C"_s);
     }
 
     void basicModeNeverUsesAHiddenBaudRate()
@@ -309,6 +345,7 @@ private Q_SLOTS:
             click(u"OK"_s);
             QTRY_COMPARE(page(), u"connectionPage"_s);
             QTRY_VERIFY(!find(u"OK"_s));
+            QTRY_VERIFY2(find(u"Connect"_s)->hasActiveFocus(), "Return does not connect again");
         }
     }
 

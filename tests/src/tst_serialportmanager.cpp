@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "PortHelp.h"
 #include "PseudoTerminal.h"
 #include "SerialPortManager.h"
 
@@ -56,16 +57,107 @@ private Q_SLOTS:
         qInstallMessageHandler(testHandler);
     }
 
+    void anErrorOfAPulledAdapterIsALostLine()
+    {
+        using Error = QSerialPort::SerialPortError;
+        const auto report = [this](Error error) {
+            QMetaObject::invokeMethod(m_manager, "onSerialPortError", Q_ARG(QSerialPort::SerialPortError, error));
+        };
+        QList<ListedPort> listed{{m_terminal.path(), {}, 0, 0}};
+        m_manager->close();
+        m_manager->setSystemPorts([&listed] { return listed; });
+        for (const auto &[isPulled, error, isLost] : {std::tuple(false, Error::UnknownError, false),
+                                                      {true, Error::TimeoutError, false},
+                                                      {true, Error::UnknownError, true}}) {
+            listed = {{m_terminal.path(), {}, 0, 0}};
+            m_manager->enumerate();
+            QVERIFY(m_manager->open(m_terminal.path()));
+            QSignalSpy failed(m_manager, &SerialPortManager::serialError);
+            if (isPulled) {
+                listed.clear();
+            }
+            report(error);
+            QCOMPARE(failed.wait(50), isLost);
+            QCOMPARE(m_manager->isOpen(), !isLost);
+            m_manager->close();
+        }
+    }
+
+    void lastPortIsFoundByItsAdapterWhateverItsName()
+    {
+        const QTemporaryDir folder;
+        QCoreApplication::setOrganizationName(u"o"_s);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        const ListedPort own{u"ttyUSB0"_s, u"FT1"_s, 1, 2};
+        const ListedPort moved{u"ttyUSB1"_s, u"FT1"_s, 1, 2};
+        const ListedPort other{u"ttyUSB0"_s, u"FT2"_s, 1, 2};
+        const ListedPort plain{u"ttyS0"_s, {}, 0, 0};
+        m_manager->close();
+        const auto lastAmong = [this](const QList<ListedPort> &ports) {
+            m_manager->setSystemPorts([ports] { return ports; });
+            return m_manager->lastPort();
+        };
+        QCOMPARE(lastAmong({plain, own}), QString()); // no session yet
+        m_manager->rememberPort(own.name);
+        QCOMPARE(lastAmong({plain, own}), own.name);
+        QCOMPARE(lastAmong({plain, other, moved}), moved.name);
+        QCOMPARE(lastAmong({plain, other}), QString());
+        QCOMPARE(lastAmong({moved, own}), own.name); // two adapters of one number
+        lastAmong({plain, other});
+        m_manager->rememberPort(plain.name);
+        QCOMPARE(lastAmong({other, plain}), plain.name);
+        m_manager->rememberPort(u"/tmp/zep2"_s); // of config.ini
+        QCOMPARE(lastAmong({other}), QString());
+        m_manager->ports()->setStringList({u"ttyS0"_s, u"/tmp/zep2"_s});
+        QCOMPARE(m_manager->lastPort(), u"/tmp/zep2"_s);
+    }
+
+    void listFollowsTheAdaptersWhileNoPortIsOpen()
+    {
+        const QTemporaryDir nodes;
+        PortWatcher watcher(nullptr, nodes.path());
+        QSignalSpy changed(&watcher, &PortWatcher::changed);
+        for (int node = 0; node < 3; ++node) { // one plug is many changes
+            QVERIFY(QFile(nodes.filePath(QString::number(node))).open(QIODevice::WriteOnly));
+        }
+        QVERIFY(changed.wait(5000));
+        QVERIFY(!changed.wait(2 * PortWatcher::settleTime));
+        QCOMPARE(changed.count(), 1);
+
+        QList<ListedPort> listed;
+        m_manager->setSystemPorts([&listed] { return listed; });
+        listed = {{u"ttyUSB7"_s, {}, 0, 0}};
+        QMetaObject::invokeMethod(m_manager->findChild<PortWatcher *>(), "changed");
+        QCOMPARE(m_manager->rowOf(u"ttyUSB7"_s), -1); // in a session
+        m_manager->close();
+        QMetaObject::invokeMethod(m_manager->findChild<PortWatcher *>(), "changed");
+        QCOMPARE(m_manager->rowOf(u"ttyUSB7"_s), 0);
+    }
+
+    void helpSaysWhatToDo()
+    {
+        for (const auto &[refusal, word] :
+             {std::pair(PortRefusal{PortRefusal::Forbidden, u"dialout"_s, u"ann"_s, {}, 0},
+                        u"sudo adduser ann dialout"_s),
+              {PortRefusal{PortRefusal::Busy, {}, {}, u"getty"_s, 12}, u"getty (process 12)"_s},
+              {PortRefusal{PortRefusal::Busy, {}, {}, u"ModemManager"_s, 0}, u"ModemManager asks"_s},
+              {PortRefusal{PortRefusal::Busy, {}, {}, {}, 0}, u"Another program"_s},
+              {PortRefusal{PortRefusal::Gone, {}, {}, {}, 0}, u"no such port"_s}}) {
+            QVERIFY2(portHelp(refusal).contains(word), qPrintable(portHelp(refusal)));
+        }
+        QVERIFY(portHelp({}).isEmpty());
+    }
+
     void unopenablePort()
     {
         PseudoTerminal forbidden;
         QVERIFY(forbidden.open() && QFile::setPermissions(forbidden.path(), {}));
         QVERIFY(QFile::setPermissions(m_terminal.path(), {}));
-        for (const auto &[name, reason] :
-             {std::pair(u"/dev/nowhere"_s, u" No such file or directory"_s),
-              {u"null"_s, u" Inappropriate ioctl for device"_s},
-              {m_terminal.path(), u" locking the device Permission denied"_s}, // busy, and another's
-              {forbidden.path(), u" Permission denied"_s}}) {
+        for (const auto &[name, reason, help] :
+             {std::tuple(u"/dev/nowhere"_s, u" No such file or directory"_s, u"no such port"_s),
+              {u"null"_s, u" Inappropriate ioctl for device"_s, QString()},
+              {m_terminal.path(), u" locking the device Permission denied"_s, u"sudo adduser"_s}, // busy, and another's
+              {forbidden.path(), u" Permission denied"_s, u"sudo adduser nobody "_s}}) {
             const bool isRoot = name.startsWith("/dev/pts"_L1) && geteuid() == 0; // may open anything: be somebody else
             SerialPortManager manager;
             QSignalSpy failed(&manager, &SerialPortManager::serialError);
@@ -75,6 +167,8 @@ private Q_SLOTS:
             QVERIFY(!opened);
             QCOMPARE(failed, QList<QVariantList>{{u"Unable to open port "_s + name}});
             QVERIFY2(criticals.last().trimmed().endsWith(reason), qPrintable(criticals.last()));
+            QVERIFY2(help.isEmpty() ? manager.openHelp().isEmpty() : manager.openHelp().contains(help),
+                     qPrintable(manager.openHelp()));
         }
     }
 

@@ -143,8 +143,13 @@ def unplug(tour):
 
 def connect_again(tour):
     tour.stage.console("plug")
-    tour.window.click("Refresh list")
-    connect(tour)
+    if tour.board == "ranger":
+        tour.window.click("Refresh list")
+        connect(tour)
+        return
+    tour.window.key("Return")  # Connect has the focus, and the port of the last session is chosen
+    tour.window.wait_text(f"{tour.name} connected to {tour.stage.port}")
+    tour.window.wait_text("Expert Mode")
 
 
 def disconnect(tour):
