@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "AccessibleItem.h"
 #include "Identity.h"
 #include "QmlTypes.h"
 #include "SettingsStore.h"
@@ -25,6 +26,7 @@ int main(int argc, char *argv[])
     SettingsStore::mend();
 
     registerQmlTypes();
+    AccessibleItem::install();
     QLoggingCategory::setFilterRules(u"*.debug=false\n*.info=false\n*.warning=false\n*.critical=true"_s);
     engine.rootContext()->setContextProperty(u"QT_VERSION"_s, QString::fromLatin1(qVersion()));
     engine.load(QUrl(u"qrc:/qml/main.qml"_s));

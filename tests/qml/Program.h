@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "AccessibleItem.h"
 #include "Criticals.h"
 #include "QmlTypes.h"
 #include "ScriptedSession.h"
@@ -101,7 +102,7 @@ struct Program : Screen, Place
     explicit Program(const QString &aopUrl = {}) : Place(aopUrl)
     {
         QSettings().setValue(QStringLiteral("firstVisit"), false);
-        static const bool registered = (registerQmlTypes(), true);
+        static const bool registered = (registerQmlTypes(), AccessibleItem::install(), true);
         Q_UNUSED(registered)
         QObject::connect(&peer, &ScriptedPeer::requested, &peer, [this](const QString &request) {
             for (const QString &line : answers.value(request, {QStringLiteral("+OK")})) {

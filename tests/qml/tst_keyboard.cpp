@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZepGUI developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "Logger.h"
+#include "PayloadModel.h"
 #include "Program.h"
 
 using namespace Qt::StringLiterals;
@@ -116,6 +118,52 @@ Push button alert|Acquisition period)"_s;
         QTRY_COMPARE(focused(ui), u"OK"_s);
         key(ui, Qt::Key_Return);
         QTRY_COMPARE(ui.bar()->state(), u"connectionPage"_s);
+    }
+    void assistiveTechnologyPressesWhatIsEnabledAndReadsLinesInOrder()
+    {
+        Program ui;
+        const auto interfaceOf = [&ui](const QString &name, const char *having = "visible") {
+            return QAccessible::queryAccessibleInterface(ui.find(name, having));
+        };
+        const auto act = [&](const QString &name, const QString &action, const char *having = "visible") {
+            interfaceOf(name, having)->actionInterface()->doAction(action);
+        };
+        act(u"ZEP2"_s, QAccessibleActionInterface::pressAction(), "checked");
+        act(u"ZEP2"_s, QAccessibleActionInterface::toggleAction(), "checked"); // which changes nothing any more
+        QVERIFY(interfaceOf(u"ZEP2"_s, "checked")->state().checked);
+        act(u"Connect"_s, QAccessibleActionInterface::pressAction());
+        QTRY_COMPARE(ui.bar()->state(), u"dashboardPage"_s);
+        QCOMPARE(ui.manager->board()->module(), ZepBoard::ZEP2);
+
+        QVERIFY(interfaceOf(u"Start"_s)->state().disabled);
+        act(u"Start"_s, QAccessibleActionInterface::pressAction());
+        QVERIFY(!ui.tx()->sequenceRunning());
+        act(u"Add"_s, QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(ui.find(u"P0 ACK"_s, "checked") && !interfaceOf(u"Start"_s)->state().disabled);
+        act(u"P0 ACK"_s, QAccessibleActionInterface::toggleAction(), "checked");
+        QVERIFY(interfaceOf(u"P0 ACK"_s, "checked")->state().checked);
+        QVERIFY(ui.tx()->payloadListModel()->getOptions(0).optionAck);
+        interfaceOf(u"P0 message"_s, "acceptableInput")->editableTextInterface()->replaceText(0, 100, u"0A0B"_s);
+        QCOMPARE(ui.text(u"P0 message"_s), u"0A0B"_s);
+        act(u"Repeat"_s, QAccessibleActionInterface::increaseAction(), "value");
+        QCOMPARE(interfaceOf(u"Repeat"_s, "value")->valueInterface()->currentValue().toInt(), 2);
+
+        ui.manager->logger()->clearLogs();
+        for (int line = 0; line < 200; ++line) {
+            Q_EMIT ui.manager->logger()->logCreated(QString::number(1000 + line));
+        }
+        QQuickItem *lines = ui.find(u"Log lines"_s);
+        lines->forceActiveFocus();
+        for (const Qt::Key where : {Qt::Key_End, Qt::Key_Home, Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_PageUp}) {
+            QTest::qWait(50);
+            key(ui, where);
+            const QAccessibleInterface *list = QAccessible::queryAccessibleInterface(lines);
+            QVERIFY(list->childCount() > 5);
+            for (int row = 1; row < list->childCount(); ++row) {
+                QCOMPARE(list->child(row)->text(QAccessible::Name).toInt(),
+                         list->child(row - 1)->text(QAccessible::Name).toInt() + 1);
+            }
+        }
     }
     void keysDoWhatTheirButtonsDoAndOnlyThen()
     {

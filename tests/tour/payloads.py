@@ -15,6 +15,15 @@ def edit_payloads(tour):
     tour.window.wait_text("A1 B2 C3 D4")
 
 
+def press_what_is_disabled(tour):
+    """Start, which needs a payload; the mouse does the same as the action."""
+    start = tour.window.wait_for("Start")
+    check(not tour.window.is_enabled(start), "Start is reported as enabled without a payload")
+    tour.window.press(start)
+    time.sleep(0.5)
+    check(tour.window.find("Stop") is None and not tour.wire(), "a disabled button does something")
+
+
 def complete_a_sequence(tour):
     tour.window.click("Start")
     tour.window.wait_text("Next transmission in", 20)

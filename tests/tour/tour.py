@@ -36,7 +36,7 @@ Periodic\\redundancy=2
 STEPS = {"zep1": [session.find_in_the_log, *payloads.SEND, payloads.radio, *passes.STEPS],
          "zep2": [*payloads.SEND[:2], payloads.reset_against_a_slow_answer, *payloads.SEND[2:], payloads.receive,
                   *passes.STEPS, *prediction.STEPS],
-         "tbx": [*payloads.SEND, *passes.STEPS, *prediction.STEPS],
+         "tbx": [payloads.press_what_is_disabled, *payloads.SEND, *passes.STEPS, *prediction.STEPS],
          "ranger": ranger.STEPS}
 
 
@@ -54,7 +54,7 @@ class Tour:
         from window import Window
         self.stage.start_simulator("--airtime", "300", "--seed", "7")
         self.stage.start_program(SETTINGS)
-        self.window = Window(self.stage.program.pid)
+        self.window = Window(self.stage.program.pid, by_action=self.board == "tbx")
         for step in [*session.BEGIN, *STEPS[self.board], *session.END]:
             self.wire_mark = len(self.stage.wire())
             start = time.monotonic()

@@ -14,8 +14,10 @@ from stage import TourError, wait_until  # noqa: E402
 
 
 class Window:
-    def __init__(self, pid):
+    def __init__(self, pid, by_action=False):
+        """by_action: press what can be pressed as assistive technology does, and not by the mouse."""
         self.pid = pid
+        self.by_action = by_action
         self.application = wait_until(self._find_application, "the program appeared on the accessibility bus", 60)
 
     def _find_application(self):
@@ -105,11 +107,21 @@ class Window:
         return extents.x + extents.width // 2, extents.y + extents.height // 2
 
     def click(self, name, role=None, seconds=30.0, times=1):
-        """A real press of the left button in the middle of the control, once it shows and stands still, or several.
-
-        The toolkit tells nobody whether a control is enabled, so one that is not takes the press without a word.
-        """
+        """A real press of the left button in the middle of the control, once it shows, is enabled and stays in its
+        place, or several."""
         self.click_node(self.wait_for(name, role, seconds), times)
+
+    @staticmethod
+    def is_enabled(node):
+        return node.get_state_set().contains(Atspi.StateType.ENABLED)
+
+    @staticmethod
+    def press(node):
+        """Presses a control as assistive technology does; False where it has no such action."""
+        for index in range(Atspi.Action.get_n_actions(node)):
+            if Atspi.Action.get_action_name(node, index) == "Press":
+                return Atspi.Action.do_action(node, index)
+        return False
 
     def click_node(self, node, times=1):
         def rests():  # and has been laid out
@@ -120,6 +132,10 @@ class Window:
             except (TourError, GLib.Error):
                 return None
 
+        wait_until(lambda: self.is_enabled(node), "the control is enabled")
+        if self.by_action and times == 1 and self.press(node):
+            time.sleep(0.15)
+            return
         x, y = wait_until(rests, "the control comes to rest")
         xdotool("mousemove", x, y, "sleep", "0.15", "click", "--repeat", times, "--delay", 120, 1, "sleep",
                 "0.15")
