@@ -22,6 +22,8 @@ Item {
     property bool changedToExpertMode: false
     property bool mSessionEnded: false
 
+    Component.onCompleted: ZepManager.serialPort.followAdapters()
+
     // Return connects again, as soon as the kit is plugged in.
     StackView.onActivated: {
         if (mSessionEnded) {

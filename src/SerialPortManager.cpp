@@ -3,6 +3,7 @@
 
 #include "SerialPortManager.h"
 
+#include "PortWatcher.h"
 #include "ProcessLog.h"
 #include "SerialLine.h"
 
@@ -26,13 +27,12 @@ bool hasPort(const QList<ListedPort> &ports, const QString &name)
 } // namespace
 
 SerialPortManager::SerialPortManager(QObject *parent)
-    : QObject(parent), m_port(new QSerialPort(this)), portListModel(new QStringListModel(this)), m_watcher(this)
+    : QObject(parent), m_port(new QSerialPort(this)), portListModel(new QStringListModel(this))
 {
     // Queued, because the port emits no further readyRead while one is being handled: a slot that waits for an answer
     // would wait in vain.
     connect(m_port, &QSerialPort::readyRead, this, &SerialPortManager::onDataRead, Qt::QueuedConnection);
     connect(m_port, &QSerialPort::errorOccurred, this, &SerialPortManager::onSerialPortError);
-    connect(&m_watcher, &PortWatcher::changed, this, &SerialPortManager::onPortsChanged);
     enumerate();
 }
 
@@ -52,6 +52,14 @@ void SerialPortManager::enumerate()
     }
     portListModel->setStringList(names);
     Q_EMIT portListModelChanged();
+}
+
+void SerialPortManager::followAdapters()
+{
+    if (m_watcher == nullptr) {
+        m_watcher = new PortWatcher(this);
+        connect(m_watcher, &PortWatcher::changed, this, &SerialPortManager::onPortsChanged);
+    }
 }
 
 void SerialPortManager::onPortsChanged()

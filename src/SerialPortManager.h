@@ -5,7 +5,6 @@
 
 #include "ListedPort.h"
 #include "PortSettings.h"
-#include "PortWatcher.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -14,6 +13,8 @@
 #include <QtQmlIntegration>
 
 #include <functional>
+
+class PortWatcher;
 
 /// Owns the serial port and moves lines, of whatever content: lists the ports, opens one, writes bytes, and cuts what
 /// arrives into trimmed lines. There is one for the life of the program. What is virtual is so for a test that has no
@@ -32,9 +33,10 @@ public:
     [[nodiscard]] QStringListModel *ports() const { return portListModel; }
 
     /// Lists the ports anew: the system's, in its order, then the names and absolute paths under
-    /// "Serial/extraPorts" in the config.ini of the working directory. While no port is open this happens by itself
-    /// when an adapter appears or vanishes.
+    /// "Serial/extraPorts" in the config.ini of the working directory.
     Q_INVOKABLE void enumerate();
+    /// From now on the list follows adapters that appear and vanish while no port is open.
+    Q_INVOKABLE void followAdapters();
     /// The row of a port in the list, -1 if it is not there.
     Q_INVOKABLE [[nodiscard]] int rowOf(const QString &portName) const;
     /// The port in a row of the list; empty if there is none.
@@ -83,7 +85,7 @@ private:
 
     QSerialPort *m_port = nullptr;
     QStringListModel *portListModel = nullptr;
-    PortWatcher m_watcher;
+    PortWatcher *m_watcher = nullptr;
     std::function<QList<ListedPort>()> m_systemPorts = &ListedPort::ofSystem;
     QList<ListedPort> m_listed; ///< the last answer of m_systemPorts
     QString m_openHelp;

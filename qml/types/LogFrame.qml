@@ -103,6 +103,31 @@ Frame {
         Accessible.name: root.mName
     }
 
+    // Built when the lines do not follow the newest one for the first time.
+    Loader {
+        id: jumpLoader
+
+        property bool wasWanted: false
+
+        active: wasWanted
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.rightMargin: 20 // beside the bar
+        source: "JumpButton.qml"
+        visible: !lines.held
+
+        onVisibleChanged: wasWanted = wasWanted || visible
+    }
+
+    Connections {
+        function onClicked() {
+            lines.jumpToLatest();
+        }
+
+        ignoreUnknownSignals: true
+        target: jumpLoader.item
+    }
+
     LogModel {
         id: store
     }

@@ -86,6 +86,11 @@ FocusScope {
         }
     }
 
+    function jumpToLatest(): void {
+        held = true;
+        follow();
+    }
+
     // The row that the user reads first.
     function firstShownRow(): int {
         return list.indexAt(1, list.contentY + 1);
@@ -132,8 +137,7 @@ FocusScope {
             list.positionViewAtBeginning();
             root.held = list.atYEnd;
         } else if (event.key === Qt.Key_End) {
-            root.held = true;
-            root.follow();
+            root.jumpToLatest();
         } else {
             return;
         }
@@ -296,32 +300,6 @@ FocusScope {
                 mouse.extend();
             }
         }
-    }
-
-    // Built when the view does not follow for the first time.
-    Loader {
-        id: jump
-
-        property bool wanted: false
-
-        active: wanted
-        anchors.bottom: parent.bottom
-        anchors.right: parent.right
-        anchors.rightMargin: bar.width + 6
-        source: "JumpButton.qml"
-        visible: !root.held && list.count > 0
-
-        onVisibleChanged: wanted = wanted || visible
-    }
-
-    Connections {
-        function onClicked() {
-            root.held = true;
-            root.follow();
-        }
-
-        ignoreUnknownSignals: true
-        target: jump.item
     }
 
     Connections {

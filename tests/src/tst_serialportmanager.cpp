@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "PortHelp.h"
+#include "PortWatcher.h"
 #include "PseudoTerminal.h"
 #include "SerialPortManager.h"
 
@@ -126,6 +127,7 @@ private Q_SLOTS:
 
         QList<ListedPort> listed;
         m_manager->setSystemPorts([&listed] { return listed; });
+        m_manager->followAdapters();
         listed = {{u"ttyUSB7"_s, {}, 0, 0}};
         QMetaObject::invokeMethod(m_manager->findChild<PortWatcher *>(), "changed");
         QCOMPARE(m_manager->rowOf(u"ttyUSB7"_s), -1); // in a session

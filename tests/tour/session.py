@@ -51,13 +51,14 @@ def free_commands(tour):
 
 
 def find_in_the_log(tour):
-    """By keys alone; the log has the connection and its requests."""
+    """By keys alone. The power has been asked for at the connection, set, and asked for again."""
     tour.window.key("ctrl+f")
     tour.window.wait_for("Find in the log", "text")
-    tour.window.type("at+")
-    tour.window.wait_text("1 of 6")  # what a ZEP1 is asked in expert mode
+    tour.window.type("at+pwr")
+    tour.window.wait_text(" of 3")
     tour.shot("find")
-    for key, number in (("F3", "2 of 6"), ("shift+F3", "1 of 6"), ("shift+F3", "6 of 6")):
+    tour.window.wait_text("2 of 3")  # the first one that showed
+    for key, number in (("F3", "3 of 3"), ("F3", "1 of 3"), ("shift+F3", "3 of 3"), ("F3", "1 of 3")):
         tour.window.key(key)
         tour.window.wait_text(number)
     tour.window.click("Match case")
@@ -147,7 +148,9 @@ def connect_again(tour):
         tour.window.click("Refresh list")
         connect(tour)
         return
-    tour.window.key("Return")  # Connect has the focus, and the port of the last session is chosen
+    # The port of the last session is chosen.
+    wait_until(lambda: tour.window.is_focused("Connect"), "Connect has the focus")
+    tour.window.key("Return")
     tour.window.wait_text(f"{tour.name} connected to {tour.stage.port}")
     tour.window.wait_text("Expert Mode")
 

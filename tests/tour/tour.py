@@ -33,7 +33,7 @@ Periodic\\period=1
 Periodic\\redundancy=2
 """
 # The steps of each board, in the order of a user's day.
-STEPS = {"zep1": [session.find_in_the_log, *payloads.SEND, payloads.radio, *passes.STEPS],
+STEPS = {"zep1": [*payloads.SEND, payloads.radio, session.find_in_the_log, *passes.STEPS],
          "zep2": [*payloads.SEND[:2], payloads.reset_against_a_slow_answer, *payloads.SEND[2:], payloads.receive,
                   *passes.STEPS, *prediction.STEPS],
          "tbx": [payloads.press_what_is_disabled, *payloads.SEND, *passes.STEPS, *prediction.STEPS],

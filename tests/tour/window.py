@@ -99,6 +99,9 @@ class Window:
     def is_checked(self, name, role=None):
         return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.CHECKED)
 
+    def is_focused(self, name, role=None):
+        return self.wait_for(name, role).get_state_set().contains(Atspi.StateType.FOCUSED)
+
     @staticmethod
     def center(node):
         extents = node.get_extents(Atspi.CoordType.SCREEN)
@@ -156,7 +159,7 @@ class Window:
         """Replaces what stands in a field, by the keyboard."""
         def focused():  # a page on its way in takes no click
             self.click(name, "text")
-            return self.wait_for(name, "text").get_state_set().contains(Atspi.StateType.FOCUSED)
+            return self.is_focused(name, "text")
 
         wait_until(focused, f"'{name}' takes the focus")
         self.key("ctrl+a")
