@@ -83,11 +83,12 @@ private Q_SLOTS:
     {
         const auto help = u"Need some help about transmission profiles?"_s;
         const auto *texts = m_ui->singleton("Strings", "Strings")->property("tuto").value<QObject *>();
-        for (const auto &[shown, open] : {
-                 std::pair(texts->property("txProfiles").toString(), std::function([&] { click(help); })),
-                 {u"bad Tx"_s, [&] { Q_EMIT m_ui->tx()->txErrorOccured(u"bad Tx"_s); }},
-                 {u"bad CSV"_s, [&] { Q_EMIT m_ui->tx()->loadPrepassDataCompleted(u"bad CSV"_s); }},
-             }) {
+        const std::function<void()> openHelp = [&] { click(help); };
+        const std::function<void()> failTx = [&] { Q_EMIT m_ui->tx()->txErrorOccured(u"bad Tx"_s); };
+        const std::function<void()> failImport = [&] { Q_EMIT m_ui->tx()->loadPrepassDataCompleted(u"bad CSV"_s); };
+        for (const auto &[shown, open] : {std::pair(texts->property("txProfiles").toString(), openHelp),
+                                          {u"bad Tx"_s, failTx},
+                                          {u"bad CSV"_s, failImport}}) {
             connectBoard(u"ZEP1"_s);
             open();
             QTRY_VERIFY(find(shown));

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void commandsOfThisRunAndOfEarlierOnesAreFoundByTheirBeginning()
     {
         const Place place{QString()};
+        QVERIFY(place.folder.isValid());
         for (const QString &command : {u"AT+ID=?"_s, u"AT+FW=?"_s, u"AT+ID=?"_s, u"AT+ID=?"_s, u""_s}) {
             CommandHistory().add(command); // each in a run of its own
         }
