@@ -5,6 +5,7 @@
 // Prints "name value" lines for bench/run.
 
 #include "Identity.h"
+#include "LogFinder.h"
 #include "PrepassModel.h"
 #include "QmlTypes.h"
 #include "ResidentMemory.h"
@@ -18,6 +19,7 @@
 #include <QLoggingCategory>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
+#include <QQuickItem>
 #include <QTemporaryFile>
 #include <QTimer>
 #include <QUrl>
@@ -34,6 +36,7 @@ constexpr int wireBytesPerSecond = 11'520; // 115200 baud, ten bits a byte
 constexpr int wireSeconds = 10;
 constexpr int wireLines = wireBytesPerSecond * wireSeconds / 60;
 constexpr int idleMilliseconds = 10'000;
+constexpr int searchedLines = 1'000'000;
 constexpr int importedRows = 100'000;
 constexpr qint64 importedSpan = qint64{30} * 86'400; // s that the passes spread over
 
@@ -99,6 +102,47 @@ qint64 importStall(ZepManager &manager)
     }
     return pulse.longest();
 }
+/// Looks for a word in a long log of the window, from the typed word to the tenth hit: the longest pause, and the time
+/// until all lines have been looked through. The word is in every thousandth line.
+void measureFind(ZepManager &manager, const QObject &window)
+{
+    for (int line = 0; line < searchedLines; ++line) {
+        Q_EMIT manager.logger()->logCreated(line % 1000 == 0 ? u"[10:00:00:000] [ZEP] a line with a Needle"_s
+                                                             : u"[10:00:00:000] [ZEP] +TX=0,00112233445566778899"_s);
+        if (line % 10'000 == 0) {
+            waitFor(1);
+        }
+    }
+    waitFor(1000);
+    QObject *frame = nullptr;
+    const auto frames = window.findChildren<QQuickItem *>();
+    for (QQuickItem *item : frames) {
+        if (item->property("mFindDefault").toBool() && item->isVisible()) {
+            frame = item;
+        }
+    }
+    if (frame == nullptr || !QMetaObject::invokeMethod(frame, "beginFind")) {
+        qFatal("no log to look in");
+    }
+    auto *finder = frame->findChild<LogFinder *>();
+    const Pulse pulse;
+    QElapsedTimer time;
+    time.start();
+    finder->setPattern(u"needle"_s);
+    while (finder->isSearching()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    const qint64 searched = time.elapsed();
+    for (int hit = 0; hit < 10; ++hit) {
+        finder->previous();
+        waitFor(100);
+    }
+    if (finder->count() < searchedLines / 1000 - 1) {
+        qFatal("hits are missing");
+    }
+    std::printf("find_stall_ms %lld\nfind_ms %lld\n", static_cast<long long>(pulse.longest()),
+                static_cast<long long>(searched));
+}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -155,5 +199,6 @@ int main(int argc, char *argv[])
     const double before = cpuSeconds();
     waitFor(idleMilliseconds);
     std::printf("idle_core_share %.4f\n", (cpuSeconds() - before) / (idleMilliseconds / 1000.0));
+    measureFind(*manager, *engine.rootObjects().constFirst());
     return 0;
 }

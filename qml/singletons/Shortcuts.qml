@@ -58,6 +58,10 @@ QtObject {
             "what": qsTr("Dark or light theme")
         },
         {
+            "key": "Ctrl+F",
+            "what": qsTr("Find in the log; F3 and Shift+F3 for the next and the previous hit")
+        },
+        {
             "key": qsTr("Up, Down, Tab"),
             "what": qsTr("In a custom AT command: earlier commands, completion")
         },

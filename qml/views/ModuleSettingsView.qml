@@ -167,7 +167,7 @@ ColumnLayout {
             Accessible.name: customLabel.text
             Layout.fillWidth: true
             Layout.leftMargin: 10
-            mToolTip: qsTr("Enter any AT command (Up and Down: earlier commands, Tab: complete)")
+            mToolTip: qsTr("Enter any AT command")
             mWords: root.board?.commands() ?? []
             placeholderText: qsTr("AT+...")
             validator: RegularExpressionValidator {
